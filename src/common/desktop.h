@@ -1,0 +1,71 @@
+// What the logic asks of the screen.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "common/enumerations.h"
+
+namespace kel {
+
+class Object;
+
+/// What a message box shows and how it ends.
+struct MessageRequest {
+  std::string prompt;
+  int buttons = msgOK;  // a ButtonStyles value, a style and default flag together
+  std::optional<std::string> title;
+  IconStyles icon = msgInformation;
+  bool animate = false;
+  std::chrono::milliseconds unload_time{0};  // 0: stays until a button is pressed
+  Object* converge_to = nullptr;             // not owned
+  bool focus = true;
+};
+
+/// What a wait window shows. The bar is shown when either end is given.
+struct WaitRequest {
+  bool stop_button = false;
+  std::optional<std::string> caption;
+  std::optional<std::int32_t> min;
+  std::optional<std::int32_t> max;
+};
+
+/// A note that closes by itself.
+struct FlashRequest {
+  std::string message;
+  std::optional<std::string> subject;
+  std::chrono::milliseconds interval{3000};
+  AlignObject align = zurAlignCenter;
+};
+
+/// The shapes of the mouse pointer that the library sets, by their published numbers.
+enum class MousePointer : int { kDefault = 0, kHourglass = 11 };
+
+/// The screen as the library sees it. Calls come on the thread that called the library.
+/// An implementation throws Error when the screen refuses; it never ends the program.
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  /// Shows a message and waits for the answer: true for OK and Yes.
+  virtual bool ShowMessage(const MessageRequest& request) = 0;
+
+  /// Opens the wait window, or changes the one that is open.
+  virtual void ShowWait(const WaitRequest& request) = 0;
+  /// Advances the bar by `step`, puts `caption` up when given and lets a press of Stop through.
+  /// False when no wait window is open (never shown, or stopped by the user).
+  virtual bool StepWait(std::int32_t step, const std::optional<std::string>& caption) = 0;
+  /// Closes the wait window; nothing happens when none is open.
+  virtual void UnloadWait() = 0;
+
+  virtual void Flash(const FlashRequest& request) = 0;
+  virtual void SetMousePointer(MousePointer pointer) = 0;
+  /// Lets pending window events run.
+  virtual void DoEvents() = 0;
+  /// The rectangle of a control on the screen; nothing when it has none.
+  virtual std::optional<RECT> ScreenRect(Object& control) = 0;
+};
+
+}  // namespace kel

@@ -1,0 +1,55 @@
+#include "common/headless_desktop.h"
+
+#include <cstdio>
+#include <string_view>
+
+#include "common/text_cells.h"
+
+namespace kel {
+namespace {
+
+// The published default title of the message box, without the blanks that set it off there.
+constexpr std::string_view kDefaultTitle = "Information";
+
+constexpr int kButtonStyleMask = 3;
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// One write, so that lines of several threads do not mix.
+void PutLine(std::string_view title, std::string_view message) {
+  std::string line;
+  if (!title.empty()) line.append(CleanText(title)).append(": ");
+  line.append(CleanText(message)).push_back('\n');
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+bool DefaultAnswer(int buttons) {
+  const bool two_buttons = (buttons & kButtonStyleMask) >= msgYesNo;
+  return !two_buttons || (buttons & msgDefault2) == 0;
+}
+
+}  // namespace
+
+bool HeadlessDesktop::ShowMessage(const MessageRequest& request) {
+  PutLine(request.title ? Trimmed(*request.title) : kDefaultTitle, request.prompt);
+  return DefaultAnswer(request.buttons);
+}
+
+void HeadlessDesktop::ShowWait(const WaitRequest& /*request*/) { waiting_ = true; }
+
+bool HeadlessDesktop::StepWait(std::int32_t /*step*/,
+                               const std::optional<std::string>& /*caption*/) {
+  return waiting_;
+}
+
+void HeadlessDesktop::UnloadWait() { waiting_ = false; }
+
+void HeadlessDesktop::Flash(const FlashRequest& request) {
+  PutLine(request.subject ? Trimmed(*request.subject) : std::string_view(), request.message);
+}
+
+}  // namespace kel

@@ -1,0 +1,194 @@
+#include "common/value.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <optional>
+
+#include "common/error.h"
+#include "common/numeric_value.h"
+
+namespace kel {
+namespace {
+
+// Numbers between these are written without an exponent.
+constexpr double kLeastFixed = 1e-7;
+constexpr double kFirstExponential = 1e21;
+
+// Room for any double in fixed notation within the limits above, sign and point included.
+constexpr std::size_t kNumberCapacity = 64;
+
+constexpr std::int64_t kCurrencyScale = 10000;
+
+constexpr double kFirstDay = -657434;   // 1 January of the year 100
+constexpr double kEndOfDays = 2958466;  // 1 January of the year 10000
+constexpr std::int64_t kSecondsPerDay = 86400;
+
+[[noreturn]] void ThrowTypeMismatch() { throw Error(error_number::kTypeMismatch, "Type mismatch"); }
+
+[[noreturn]] void ThrowOverflow() { throw Error(error_number::kOverflow, "Overflow"); }
+
+[[noreturn]] void ThrowInvalidNull() {
+  throw Error(error_number::kInvalidUseOfNull, "Invalid use of Null");
+}
+
+std::string CurrencyText(Currency amount) {
+  std::string text = amount.ten_thousandths < 0 ? "-" : "";
+  text += std::to_string(std::abs(amount.ten_thousandths / kCurrencyScale));
+  const std::int64_t fraction = std::abs(amount.ten_thousandths % kCurrencyScale);
+  if (fraction == 0) return text;
+  // The 1 in front keeps the leading zeros of the decimals; the point takes its place.
+  std::string decimals = std::to_string(kCurrencyScale + fraction);
+  decimals[0] = '.';
+  decimals.erase(decimals.find_last_not_of('0') + 1);
+  return text += decimals;
+}
+
+// Before 1899-12-30 the whole days count backwards, but the time of day still counts forwards.
+std::string DateText(Date date) {
+  if (!(date.days >= kFirstDay && date.days < kEndOfDays)) ThrowOverflow();
+  const double whole = std::trunc(date.days);
+  const double seconds_of_day =
+      std::round(std::abs(date.days - whole) * static_cast<double>(kSecondsPerDay));
+  const auto seconds = static_cast<std::int64_t>(seconds_of_day);
+  const auto day = static_cast<int>(whole) + static_cast<int>(seconds / kSecondsPerDay);
+
+  using std::chrono::days;
+  using std::chrono::sys_days;
+  const sys_days epoch = std::chrono::year{1899} / 12 / 30;
+  const std::chrono::year_month_day calendar{epoch + days{day}};
+  std::array<char, kNumberCapacity> text{};
+  int length = std::snprintf(
+      text.data(), text.size(), "%02u/%02u/%04d", static_cast<unsigned>(calendar.day()),
+      static_cast<unsigned>(calendar.month()), static_cast<int>(calendar.year()));
+  const auto time = static_cast<int>(seconds % kSecondsPerDay);
+  if (time != 0) {
+    length = std::snprintf(text.data() + length, text.size() - static_cast<std::size_t>(length),
+                           " %02d:%02d:%02d", time / 3600, time / 60 % 60, time % 60) +
+             length;
+  }
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+double NumberOf(std::string_view text) {
+  const std::optional<double> number = ReadNumber(text);
+  if (!number) ThrowTypeMismatch();
+  if (std::isinf(*number)) ThrowOverflow();
+  return *number;
+}
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view lower_case) {
+  return std::equal(
+      text.begin(), text.end(), lower_case.begin(), lower_case.end(),
+      [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; });
+}
+
+// Not std::nearbyint: the host program may have set another rounding mode.
+double RoundHalfToEven(double number) {
+  const double below = std::floor(number);
+  const double above_half = number - below - 0.5;
+  if (above_half < 0) return below;
+  if (above_half > 0) return below + 1;
+  return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
+}  // namespace
+
+std::string Value::ToText() const {
+  switch (Kind()) {
+    case ValueKind::kEmpty:
+      return {};
+    case ValueKind::kNull:
+      ThrowInvalidNull();
+    case ValueKind::kBoolean:
+      return std::get<bool>(held_) ? "True" : "False";
+    case ValueKind::kInteger:
+      return std::to_string(std::get<std::int64_t>(held_));
+    case ValueKind::kDouble:
+      return NumberText(std::get<double>(held_));
+    case ValueKind::kCurrency:
+      return CurrencyText(std::get<Currency>(held_));
+    case ValueKind::kDate:
+      return DateText(std::get<Date>(held_));
+    case ValueKind::kString:
+      return String();
+    case ValueKind::kMissing:
+    case ValueKind::kObject:
+    case ValueKind::kArray:
+      break;
+  }
+  ThrowTypeMismatch();
+}
+
+double Value::ToDouble() const {
+  switch (Kind()) {
+    case ValueKind::kEmpty:
+      return 0;
+    case ValueKind::kNull:
+      ThrowInvalidNull();
+    case ValueKind::kBoolean:
+      return std::get<bool>(held_) ? -1 : 0;
+    case ValueKind::kInteger:
+      return static_cast<double>(std::get<std::int64_t>(held_));
+    case ValueKind::kDouble:
+      return std::get<double>(held_);
+    case ValueKind::kCurrency:
+      return static_cast<double>(std::get<Currency>(held_).ten_thousandths) / kCurrencyScale;
+    case ValueKind::kDate:
+      return std::get<Date>(held_).days;
+    case ValueKind::kString:
+      return NumberOf(String());
+    case ValueKind::kMissing:
+    case ValueKind::kObject:
+    case ValueKind::kArray:
+      break;
+  }
+  ThrowTypeMismatch();
+}
+
+std::int32_t Value::ToInt32() const {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const double rounded = RoundHalfToEven(ToDouble());
+  if (!(rounded >= Limits::min() && rounded <= Limits::max())) ThrowOverflow();
+  return static_cast<std::int32_t>(rounded);
+}
+
+bool Value::ToBoolean() const {
+  if (Kind() == ValueKind::kString) {
+    if (EqualsIgnoringCase(String(), "true")) return true;
+    if (EqualsIgnoringCase(String(), "false")) return false;
+  }
+  return ToDouble() != 0;
+}
+
+Object& Value::ToObject() const {
+  if (!IsObject()) ThrowTypeMismatch();
+  if (Pointer() == nullptr) {
+    throw Error(error_number::kObjectNotSet, "Object variable not set");
+  }
+  return *Pointer();
+}
+
+const Value::Array& Value::ToArray() const {
+  if (!IsArray()) ThrowTypeMismatch();
+  return std::get<Array>(held_);
+}
+
+std::string NumberText(double number) {
+  if (number == 0) return "0";  // also for -0
+  const double size = std::abs(number);
+  const auto format = size >= kLeastFixed && size < kFirstExponential
+                          ? std::chars_format::fixed
+                          : std::chars_format::scientific;
+  std::array<char, kNumberCapacity> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), number, format).ptr;
+  if (std::isfinite(number)) std::replace(text.data(), end, 'e', 'E');
+  return {text.data(), end};
+}
+
+}  // namespace kel

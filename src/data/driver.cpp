@@ -1,0 +1,24 @@
+#include "data/driver.h"
+
+namespace kel {
+
+bool IsNumericType(FieldType type) noexcept {
+  switch (type) {
+    case FieldType::kSmallInt:
+    case FieldType::kInteger:
+    case FieldType::kDouble:
+    case FieldType::kCurrency:
+    case FieldType::kBigInt:
+    case FieldType::kNumeric:
+      return true;
+    case FieldType::kDate:
+    case FieldType::kBoolean:
+    case FieldType::kText:
+    case FieldType::kMemo:
+    case FieldType::kBinary:
+      return false;
+  }
+  return false;
+}
+
+}  // namespace kel

@@ -1,0 +1,101 @@
+#include "data/sqlite.h"
+
+#include <sqlite3.h>
+
+#include <cerrno>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "common/error.h"
+#include "data/sql_text.h"
+#include "data/sqlite_statement.h"
+
+namespace kel {
+namespace {
+
+class SqliteDriver : public Driver {
+ public:
+  explicit SqliteDriver(SqliteDatabase database) : database_(std::move(database)) {}
+
+  std::unique_ptr<Statement> Prepare(std::string_view sql) override {
+    return std::make_unique<SqliteStatement>(database_, Compile(std::string(sql)), OneLineSql(sql));
+  }
+  std::int64_t Execute(std::string_view sql) override;
+
+ private:
+  SqliteHandle Compile(const std::string& sql);
+  bool HoldsStatement(const char* sql);
+
+  SqliteDatabase database_;
+};
+
+std::int64_t SqliteDriver::Execute(std::string_view sql) {
+  // SQLite's count of changes is that of the last statement that made any.
+  const sqlite3_int64 total_before = sqlite3_total_changes64(database_.get());
+  const std::unique_ptr<Statement> statement = Prepare(sql);
+  while (statement->Step()) {
+  }
+  if (sqlite3_total_changes64(database_.get()) == total_before) return 0;
+  return sqlite3_changes64(database_.get());
+}
+
+SqliteHandle SqliteDriver::Compile(const std::string& sql) {
+  const std::string what_failed = "cannot run " + OneLineSql(sql);
+  if (sql.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()) ||
+      sql.find('\0') != std::string::npos) {
+    throw SqliteError(what_failed, "the text is too long or holds a NUL");
+  }
+  sqlite3_stmt* statement = nullptr;
+  const char* rest = nullptr;
+  const int code = sqlite3_prepare_v2(database_.get(), sql.c_str(), -1, &statement, &rest);
+  SqliteHandle handle(statement);
+  if (code != SQLITE_OK) throw SqliteError(what_failed, sqlite3_errmsg(database_.get()));
+  if (handle == nullptr) throw SqliteError(what_failed, "there is no statement");
+  if (HoldsStatement(rest)) throw SqliteError(what_failed, "there is more than one statement");
+  return handle;
+}
+
+/// Comments, blanks and semicolons compile to nothing.
+bool SqliteDriver::HoldsStatement(const char* sql) {
+  while (*sql != '\0') {
+    sqlite3_stmt* statement = nullptr;
+    const int code = sqlite3_prepare_v2(database_.get(), sql, -1, &statement, &sql);
+    const SqliteHandle owner(statement);
+    if (code != SQLITE_OK || statement != nullptr) return true;
+  }
+  return false;
+}
+
+std::string Utf8(const std::filesystem::path& path) {
+  const std::u8string utf8 = path.u8string();
+  return {utf8.begin(), utf8.end()};
+}
+
+}  // namespace
+
+std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& path, Access access,
+                                   std::chrono::milliseconds lock_wait) {
+  const std::string what_failed = "cannot open database " + path.string();
+  std::error_code ignored;
+  if (std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found) {
+    throw Error::FromSystem(ENOENT, what_failed);
+  }
+  // An absolute path is never one of SQLite's own names such as ":memory:" or "file:...".
+  const std::string name = Utf8(std::filesystem::absolute(path));
+  // Without SQLite's own mutex: it would cost more than the reading of a cell.
+  const int mode = access == Access::kRead ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  sqlite3* handle = nullptr;
+  int code = sqlite3_open_v2(name.c_str(), &handle, mode | SQLITE_OPEN_NOMUTEX, nullptr);
+  const SqliteDatabase database(handle, sqlite3_close);
+  if (code == SQLITE_OK) {
+    sqlite3_busy_timeout(handle, static_cast<int>(lock_wait.count()));
+    // Opening reads nothing; only this tells whether the file is a database.
+    code = sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr);
+  }
+  if (code != SQLITE_OK) throw SqliteError(what_failed, sqlite3_errmsg(handle));
+  return std::make_unique<SqliteDriver>(database);
+}
+
+}  // namespace kel

@@ -1,0 +1,133 @@
+#include "data/sqlite_statement.h"
+
+#include <array>
+#include <utility>
+
+namespace kel {
+namespace {
+
+struct DeclaredType {
+  std::string_view part;  // of the declaration, in capitals
+  FieldType type;
+};
+
+/// The first one that is part of a declaration decides, as in SQLite's own rules of affinity.
+constexpr std::array kDeclaredTypes = {
+    DeclaredType{"SMALLINT", FieldType::kSmallInt}, DeclaredType{"REAL", FieldType::kDouble},
+    DeclaredType{"FLOAT", FieldType::kDouble},      DeclaredType{"DOUBLE", FieldType::kDouble},
+    DeclaredType{"BOOL", FieldType::kBoolean},      DeclaredType{"DATE", FieldType::kDate},
+    DeclaredType{"TIMESTAMP", FieldType::kDate},    DeclaredType{"MONEY", FieldType::kCurrency},
+    DeclaredType{"CURRENCY", FieldType::kCurrency}, DeclaredType{"DECIMAL", FieldType::kNumeric},
+    DeclaredType{"NUMERIC", FieldType::kNumeric},   DeclaredType{"MEMO", FieldType::kMemo},
+    DeclaredType{"CLOB", FieldType::kMemo},         DeclaredType{"BLOB", FieldType::kBinary},
+    DeclaredType{"INT", FieldType::kInteger},
+};
+
+FieldType TypeOfDeclaration(std::string_view declaration) {
+  std::string capitals(declaration);
+  for (char& c : capitals) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  for (const DeclaredType& declared : kDeclaredTypes) {
+    if (capitals.find(declared.part) != std::string::npos) return declared.type;
+  }
+  return FieldType::kText;
+}
+
+FieldType TypeOfCell(const CellView& cell) {
+  switch (cell.kind) {
+    case CellView::Kind::kInteger:
+      return FieldType::kInteger;
+    case CellView::Kind::kDouble:
+      return FieldType::kDouble;
+    case CellView::Kind::kBinary:
+      return FieldType::kBinary;
+    case CellView::Kind::kNull:
+    case CellView::Kind::kText:
+      return FieldType::kText;
+  }
+  return FieldType::kText;
+}
+
+std::string TextOrEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+}  // namespace
+
+Error SqliteError(const std::string& what_failed, std::string_view reason) {
+  return {error_number::kDatabase, what_failed + ": " + std::string(reason)};
+}
+
+SqliteStatement::SqliteStatement(SqliteDatabase database, SqliteHandle handle, std::string sql)
+    : database_(std::move(database)), handle_(std::move(handle)), sql_(std::move(sql)) {
+  std::vector<int> untyped;
+  const int count = sqlite3_column_count(handle_.get());
+  for (int i = 0; i < count; ++i) {
+    const std::string declaration = TextOrEmpty(sqlite3_column_decltype(handle_.get(), i));
+    if (declaration.empty()) untyped.push_back(i);
+    columns_.push_back({TextOrEmpty(sqlite3_column_name(handle_.get(), i)),
+                        TypeOfDeclaration(declaration),
+                        TextOrEmpty(sqlite3_column_table_name(handle_.get(), i))});
+  }
+  if (!untyped.empty()) TypeColumnsByFirstRow(untyped);
+}
+
+void SqliteStatement::TypeColumnsByFirstRow(const std::vector<int>& untyped) {
+  if (!Step()) return;
+  first_row_waits_ = true;
+  for (const int column : untyped) {
+    columns_[static_cast<std::size_t>(column)].type = TypeOfCell(Cell(column));
+  }
+}
+
+bool SqliteStatement::Step() {
+  if (std::exchange(first_row_waits_, false)) return true;
+  if (finished_) return false;  // another step would run the statement again
+  const int code = sqlite3_step(handle_.get());
+  if (code == SQLITE_ROW) {
+    ++rows_;
+    return true;
+  }
+  finished_ = true;
+  if (code == SQLITE_DONE) return false;
+  const std::string place =
+      rows_ == 0 ? "cannot run " : "cannot read row " + std::to_string(rows_ + 1) + " of ";
+  throw SqliteError(place + sql_, sqlite3_errmsg(database_.get()));
+}
+
+CellView SqliteStatement::Cell(int column) const {
+  CellView cell;
+  sqlite3_stmt* const handle = handle_.get();
+  switch (sqlite3_column_type(handle, column)) {
+    case SQLITE_INTEGER:
+      cell.kind = CellView::Kind::kInteger;
+      cell.integer = sqlite3_column_int64(handle, column);
+      break;
+    case SQLITE_FLOAT:
+      cell.kind = CellView::Kind::kDouble;
+      cell.number = sqlite3_column_double(handle, column);
+      break;
+    case SQLITE_TEXT:
+      cell.kind = CellView::Kind::kText;
+      cell.bytes = Bytes(column, sqlite3_column_text(handle, column));
+      break;
+    case SQLITE_BLOB:
+      cell.kind = CellView::Kind::kBinary;
+      cell.bytes = Bytes(column, sqlite3_column_blob(handle, column));
+      break;
+    default:
+      break;
+  }
+  return cell;
+}
+
+/// SQLite gives no bytes for an empty blob, and where memory fails.
+std::string_view SqliteStatement::Bytes(int column, const void* bytes) const {
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(handle_.get(), column));
+  if (bytes != nullptr) return {static_cast<const char*>(bytes), size};
+  if (sqlite3_errcode(database_.get()) == SQLITE_NOMEM) {
+    throw Error(error_number::kOutOfMemory, "out of memory for a value of " + sql_);
+  }
+  return {};
+}
+
+}  // namespace kel

@@ -1,0 +1,248 @@
+#include "engine/CPrint.h"
+
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+#include "common/file.h"
+#include "common/host.h"
+#include "common/temp_folder.h"
+#include "common/text_cells.h"
+#include "engine/object_grid.h"
+#include "engine/page_file_writer.h"
+#include "engine/page_format.h"
+#include "engine/page_range.h"
+#include "engine/print_settings.h"
+#include "engine/report_layout.h"
+#include "toolkit/CZURDLL.h"
+
+namespace kel {
+
+namespace {
+
+// The wait window of one operation; it closes on every way out.
+class WaitWindow {
+ public:
+  explicit WaitWindow(const std::string& caption, std::optional<std::int32_t> min = std::nullopt,
+                      std::optional<std::int32_t> max = std::nullopt) {
+    SharedToolkit().ShowWait(false, caption, min, max);
+  }
+  ~WaitWindow() { SharedToolkit().UnloadWait(); }
+  WaitWindow(const WaitWindow&) = delete;
+  WaitWindow& operator=(const WaitWindow&) = delete;
+};
+
+std::vector<Cells> WidthsOf(const Value& col_width) {
+  std::vector<Cells> widths;
+  for (const Value& entry : col_width.ToArray()) widths.push_back(entry.ToInt32());
+  return widths;
+}
+
+std::vector<std::string> LinesOf(const Value& report_title) {
+  std::vector<std::string> lines;
+  if (!report_title.IsArray()) return lines;
+  for (const Value& entry : report_title.ToArray()) lines.push_back(entry.ToText());
+  return lines;
+}
+
+std::filesystem::path PageFile() { return TempFolder() / kPageFileName; }
+std::filesystem::path RangeFile() { return TempFolder() / kPageRangeFileName; }
+
+// Without a temporary folder there is no such file, and the creation has told so.
+std::string PathOrEmpty(std::filesystem::path (*path)()) {
+  try {
+    return path().string();
+  } catch (const Error&) {
+    return {};
+  }
+}
+
+}  // namespace
+
+struct CPrint::Impl {
+  std::int32_t pages = 0;
+  PageNumber current_page = 1;
+  Value col_width = "";
+  Value report_title = "";
+  Value page_title = "";
+  bool rebuild = true;
+  PrintSettings settings;
+  std::optional<Error> last_error;
+
+  // Runs the body of a public operation. A failure becomes LastError and goes down the common
+  // error path under the operation's name; nothing is thrown.
+  template <typename Body>
+  void Run(std::string_view operation, Body body);
+
+  void LoadSettings();
+  void PrepareReport(GridSource& grid, const ReportRange& range);
+};
+
+template <typename Body>
+void CPrint::Impl::Run(std::string_view operation, Body body) {
+  last_error.reset();
+  try {
+    body();
+  } catch (...) {
+    last_error = CaughtFailure();
+    SharedToolkit().ReportFailure(*last_error, "DLL." + std::string(operation));
+  }
+}
+
+void CPrint::Impl::LoadSettings() {
+  const std::optional<Error> failure = LoadPrintSettings(*CurrentHost().settings, settings);
+  if (failure) throw *failure;
+}
+
+CPrint::CPrint() : impl_(std::make_unique<Impl>()) {
+  impl_->Run("CPrint", [&] {
+    PrepareTempFolder();
+    impl_->LoadSettings();
+  });
+}
+
+CPrint::~CPrint() = default;
+
+void CPrint::PrepareReport(Object& Grid, const std::int32_t& Row1, const std::int32_t& Col1,
+                           const std::int32_t& Row2, const std::int32_t& Col2,
+                           const PageNumber& StartPNo) {
+  ObjectGrid grid(Grid);
+  PrepareReport(grid, Row1, Col1, Row2, Col2, StartPNo);
+}
+
+void CPrint::PrepareReport(GridSource& Grid, const std::int32_t& Row1, const std::int32_t& Col1,
+                           const std::int32_t& Row2, const std::int32_t& Col2,
+                           const PageNumber& StartPNo) {
+  impl_->Run("PrepareReport", [&] {
+    impl_->PrepareReport(Grid, {Row1, Col1, Row2, Col2, StartPNo == 0 ? 1 : StartPNo});
+  });
+}
+
+void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
+  const std::optional<std::int32_t> end =
+      range.row2 == kLastRow ? std::nullopt : std::optional(range.row2);
+  const WaitWindow wait("Preparing Pages...", range.row1, end);
+  current_page = range.first_page;
+
+  const std::vector<Cells> widths = WidthsOf(col_width);
+  const ReportTexts texts = {LinesOf(report_title), CurrentHost().clock->Stamp()};
+  OutputFile file(PageFile(), Links::kRefuse);
+  PageFileWriter writer(file);
+  CZURDLL& toolkit = SharedToolkit();
+  const PageNumber last =
+      LayOutReport(grid, widths, settings, range, texts, writer, [&](PageNumber page) {
+        current_page = page;
+        toolkit.StepWait();
+      });
+  file.Commit();
+
+  current_page = last;
+  pages = last - range.first_page + 1;
+  rebuild = false;
+  JobValues& job = CurrentJob();
+  job.first_page = range.first_page;
+  job.page_count = pages;
+  job.page_width = LineWidth(widths) + settings.left_margin + settings.right_margin;
+  job.page_length = PageLength(settings);
+  job.page_offsets = std::make_shared<const std::vector<std::uint64_t>>(writer.PageOffsets());
+}
+
+void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
+  impl_->Run("CopyPageRange", [&] {
+    const WaitWindow wait("Printing Pages (" + std::to_string(From) + "-" + std::to_string(To) +
+                          ")");
+    const JobValues& job = CurrentJob();
+    if (job.page_length < 1) {
+      throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");
+    }
+    CopyPages(PageFile(), RangeFile(), From, To, job.page_length, *job.page_offsets);
+  });
+}
+
+std::string CPrint::GetKelFile() const { return PathOrEmpty(PageFile); }
+
+std::string CPrint::PageRangeFile() const { return PathOrEmpty(RangeFile); }
+
+void CPrint::Refresh() {
+  impl_->Run("Refresh", [&] { impl_->LoadSettings(); });
+}
+
+const std::optional<Error>& CPrint::LastError() const { return impl_->last_error; }
+
+std::int32_t CPrint::Pages() const { return impl_->pages; }
+void CPrint::Pages(std::int32_t value) { impl_->pages = value; }
+
+PageNumber CPrint::CurrentPage() const { return impl_->current_page; }
+void CPrint::CurrentPage(PageNumber value) { impl_->current_page = value; }
+
+const Value& CPrint::ColWidth() const { return impl_->col_width; }
+void CPrint::ColWidth(Value value) { impl_->col_width = std::move(value); }
+
+const Value& CPrint::ReportTitle() const { return impl_->report_title; }
+void CPrint::ReportTitle(Value value) { impl_->report_title = std::move(value); }
+
+const Value& CPrint::PageTitle() const { return impl_->page_title; }
+void CPrint::PageTitle(Value value) { impl_->page_title = std::move(value); }
+
+bool CPrint::ReBuild() const { return impl_->rebuild; }
+void CPrint::ReBuild(bool value) { impl_->rebuild = value; }
+
+bool CPrint::Portrait() const { return impl_->settings.portrait; }
+void CPrint::Portrait(bool value) { impl_->settings.portrait = value; }
+
+float CPrint::PageHeight() const { return impl_->settings.page_height; }
+void CPrint::PageHeight(float value) { impl_->settings.page_height = value; }
+
+float CPrint::PageWidth() const { return impl_->settings.page_width; }
+void CPrint::PageWidth(float value) { impl_->settings.page_width = value; }
+
+std::int32_t CPrint::LeftMargin() const { return impl_->settings.left_margin; }
+void CPrint::LeftMargin(std::int32_t value) { impl_->settings.left_margin = value; }
+
+std::int32_t CPrint::RightMargin() const { return impl_->settings.right_margin; }
+void CPrint::RightMargin(std::int32_t value) { impl_->settings.right_margin = value; }
+
+std::int32_t CPrint::BottomMargin() const { return impl_->settings.bottom_margin; }
+void CPrint::BottomMargin(std::int32_t value) { impl_->settings.bottom_margin = value; }
+
+std::int32_t CPrint::TopMargin() const { return impl_->settings.top_margin; }
+void CPrint::TopMargin(std::int32_t value) { impl_->settings.top_margin = value; }
+
+bool CPrint::PrintDateTime() const { return impl_->settings.print_date_time; }
+void CPrint::PrintDateTime(bool value) { impl_->settings.print_date_time = value; }
+
+bool CPrint::PrintColumnDivider() const { return impl_->settings.print_column_divider; }
+void CPrint::PrintColumnDivider(bool value) { impl_->settings.print_column_divider = value; }
+
+std::int32_t CPrint::Lines() const { return impl_->settings.lines; }
+void CPrint::Lines(std::int32_t value) { impl_->settings.lines = value; }
+
+std::int32_t CPrint::Cols() const { return impl_->settings.cols; }
+void CPrint::Cols(std::int32_t value) { impl_->settings.cols = value; }
+
+PageNumber CPrint::StartPage() const { return impl_->settings.start_page; }
+void CPrint::StartPage(PageNumber value) { impl_->settings.start_page = value; }
+
+PageNumber CPrint::EndPage() const { return impl_->settings.end_page; }
+void CPrint::EndPage(PageNumber value) { impl_->settings.end_page = value; }
+
+const std::string& CPrint::UnderLineChar() const { return impl_->settings.under_line_char; }
+void CPrint::UnderLineChar(std::string value) {
+  impl_->settings.under_line_char = std::move(value);
+}
+
+const std::string& CPrint::Font() const { return impl_->settings.font; }
+void CPrint::Font(std::string value) { impl_->settings.font = std::move(value); }
+
+float CPrint::FontSize() const { return impl_->settings.font_size; }
+void CPrint::FontSize(float value) { impl_->settings.font_size = value; }
+
+const std::string& CPrint::PrinterDevice() const { return impl_->settings.printer_device; }
+void CPrint::PrinterDevice(std::string value) { impl_->settings.printer_device = std::move(value); }
+
+const std::string& CPrint::Port() const { return impl_->settings.port; }
+void CPrint::Port(std::string value) { impl_->settings.port = std::move(value); }
+
+const std::string& CPrint::Mode() const { return impl_->settings.mode; }
+void CPrint::Mode(std::string value) { impl_->settings.mode = std::move(value); }
+}  // namespace kel

@@ -1,0 +1,92 @@
+#include "engine/page_file_reader.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kel {
+
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{256} * 1024;
+
+std::string_view WithoutCarriageReturn(std::string_view line) {
+  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+  return line;
+}
+
+}  // namespace
+
+PageFileReader::PageFileReader(const std::filesystem::path& path)
+    : file_(path, Links::kRefuse), block_(kBlockSize) {}
+
+bool PageFileReader::GoToPage(PageNumber page, std::int32_t page_length,
+                              std::span<const std::uint64_t> page_offsets) {
+  const LineNumber target = FirstLineOfPage(page, page_length);
+  std::uint64_t offset = 0;
+  LineNumber line = 1;
+  if (!page_offsets.empty() && page > 1) {
+    const auto known = std::min(static_cast<std::size_t>(page), page_offsets.size());
+    offset = page_offsets[known - 1];
+    line = FirstLineOfPage(static_cast<PageNumber>(known), page_length);
+  }
+  block_offset_ = offset;
+  block_size_ = position_ = 0;
+  next_line_ = line;
+  return SkipLines(target - line) && (position_ < block_size_ || FillBlock());
+}
+
+bool PageFileReader::NextLine(std::string_view& line) {
+  std::size_t scanned = 0;
+  for (;;) {
+    const char* begin = block_.data() + position_;
+    const std::size_t size = block_size_ - position_;
+    const void* found = std::memchr(begin + scanned, '\n', size - scanned);
+    if (found != nullptr) {
+      const auto length = static_cast<std::size_t>(static_cast<const char*>(found) - begin);
+      line = WithoutCarriageReturn({begin, length});
+      position_ += length + 1;
+      ++next_line_;
+      return true;
+    }
+    scanned = size;
+    if (FillBlock()) continue;
+    if (size == 0) return false;
+    line = WithoutCarriageReturn({block_.data() + position_, size});
+    position_ = block_size_;
+    ++next_line_;
+    return true;
+  }
+}
+
+bool PageFileReader::SkipLines(LineNumber count) {
+  while (count > 0) {
+    const char* begin = block_.data() + position_;
+    const char* end = block_.data() + block_size_;
+    const void* found =
+        begin == end ? nullptr : std::memchr(begin, '\n', static_cast<std::size_t>(end - begin));
+    if (found == nullptr) {
+      position_ = block_size_;
+      if (!FillBlock()) return false;
+      continue;
+    }
+    position_ = static_cast<std::size_t>(static_cast<const char*>(found) - block_.data()) + 1;
+    ++next_line_;
+    --count;
+  }
+  return true;
+}
+
+// Moves the unread rest to the front and reads behind it. False when the file has nothing more.
+bool PageFileReader::FillBlock() {
+  const std::size_t rest = block_size_ - position_;
+  std::memmove(block_.data(), block_.data() + position_, rest);
+  block_offset_ += position_;
+  position_ = 0;
+  block_size_ = rest;
+  if (rest == block_.size()) block_.resize(block_.size() * 2);
+  const std::size_t got = file_.ReadAt(block_offset_ + rest, std::span(block_).subspan(rest));
+  block_size_ += got;
+  return got > 0;
+}
+
+}  // namespace kel

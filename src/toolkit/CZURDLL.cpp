@@ -1,0 +1,233 @@
+#include "toolkit/CZURDLL.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "common/desktop.h"
+#include "common/host.h"
+#include "common/temp_folder.h"
+#include "toolkit/error_log.h"
+
+namespace kel {
+namespace {
+
+constexpr const char* kLogTitle = "Error Log";
+constexpr const char* kNoLocation = "[Not Specified]";
+constexpr std::int32_t kLeastFlash = 1;  // milliseconds
+
+// What the common error path of a thread is at. Failures come one inside the other: a handler or a
+// message box may run operations that fail too.
+struct ErrorPath {
+  bool busy = false;
+  std::optional<Error> current;  // the failure that is being reported
+};
+
+ErrorPath& ThisThread() {
+  thread_local ErrorPath path;
+  return path;
+}
+
+class ErrorPathScope {
+ public:
+  explicit ErrorPathScope(const Error& failure) {
+    ThisThread().busy = true;
+    ThisThread().current = failure;
+  }
+  ~ErrorPathScope() { ThisThread() = ErrorPath(); }
+  ErrorPathScope(const ErrorPathScope&) = delete;
+  ErrorPathScope& operator=(const ErrorPathScope&) = delete;
+};
+
+std::string Bracketed(const std::string& location) { return "[" + location + "]"; }
+
+std::string FailureText(const Error& failure) {
+  return std::to_string(failure.Number()) + " : " + failure.Description();
+}
+
+// Tidying up the screen on the way to the log: the failure that is being told matters more.
+template <typename Step>
+void Quietly(Step step) noexcept {
+  try {
+    step();
+  } catch (...) {
+    return;
+  }
+}
+
+void ResetMousePointer() {
+  Quietly([] { CurrentHost().desktop->SetMousePointer(MousePointer::kDefault); });
+}
+
+}  // namespace
+
+CZURDLL::CZURDLL() {
+  try {
+    PrepareTempFolder();
+  } catch (...) {
+    last_error_ = CaughtFailure();
+  }
+}
+
+CZURDLL::~CZURDLL() {
+  if (wait_desktop_) CloseWaitWindow();
+}
+
+void CZURDLL::OnError(ErrorHandler handler) { error_handler_ = std::move(handler); }
+
+std::string CZURDLL::GetDLLTempPath() {
+  return Guarded("DLL.GetDLLTempPath", std::string(), [] { return TempFolder().string(); });
+}
+
+bool CZURDLL::MsgBox(const std::string& Prompt, int Buttons,
+                     const std::optional<std::string>& Title, IconStyles Icons, bool Animate,
+                     std::int32_t UnloadTime, Object* ConvergeToCtrl, bool Focus) {
+  return Guarded("DLL.MsgBox", false, [&] {
+    MessageRequest request;
+    request.prompt = Prompt;
+    request.buttons = Buttons;
+    request.title = Title;
+    request.icon = Icons;
+    request.animate = Animate;
+    request.unload_time = std::chrono::milliseconds(std::max(UnloadTime, 0));
+    request.converge_to = ConvergeToCtrl;
+    request.focus = Focus;
+    return CurrentHost().desktop->ShowMessage(request);
+  });
+}
+
+void CZURDLL::ShowWait(bool STOPBUTTON, const std::optional<std::string>& Caption,
+                       std::optional<std::int32_t> Min, std::optional<std::int32_t> Max) {
+  last_error_.reset();
+  Quietly([&] {
+    wait_desktop_ = CurrentHost().desktop;
+    wait_desktop_->ShowWait({STOPBUTTON, Caption, Min, Max});
+  });
+}
+
+bool CZURDLL::StepWait(std::int32_t STEP, const std::optional<std::string>& Caption) {
+  return Guarded("DLL.StepWait", false, [&] {
+    if (CurrentHost().desktop->StepWait(STEP, Caption)) return true;
+    UnloadWait();
+    return false;
+  });
+}
+
+void CZURDLL::UnloadWait() {
+  Guarded("DLL.UnloadWait", false, [this] {
+    wait_desktop_.reset();
+    CurrentHost().desktop->UnloadWait();
+    return true;
+  });
+}
+
+void CZURDLL::Flash(const std::string& Message, const std::optional<std::string>& Subject,
+                    std::int32_t Interval, AlignObject Align) {
+  Guarded("DLL.Flash", false, [&] {
+    const std::chrono::milliseconds interval(std::max(Interval, kLeastFlash));
+    CurrentHost().desktop->Flash({Message, Subject, interval, Align});
+    return true;
+  });
+}
+
+template <typename Result, typename Operation>
+Result CZURDLL::Guarded(const char* location, Result neutral, Operation operation) noexcept {
+  last_error_.reset();
+  try {
+    return operation();
+  } catch (...) {
+    ReportCaught(location);
+  }
+  return neutral;
+}
+
+void CZURDLL::ReportCaught(const char* location) noexcept {
+  Quietly([&] { ReportFailure(CaughtFailure(), location); });
+}
+
+void CZURDLL::ReportFailure(const Error& failure, const std::string& ErrLocation) noexcept {
+  Quietly([&] {
+    if (ThisThread().busy) {
+      AppendToErrorLog(TempFolder(), Bracketed(ErrLocation), FailureText(failure));
+      return;
+    }
+    const ErrorPathScope scope(failure);
+    bool respond = true;
+    HandleError(respond, ErrLocation);
+  });
+  // Last, because operations that the handler called have had their own results meanwhile.
+  last_error_ = failure;
+}
+
+void CZURDLL::HandleError(bool& Respond, const std::string& ErrLocation) {
+  const Error failure = *ThisThread().current;
+  ResetMousePointer();
+  RaiseError(failure, Respond);
+  if (Respond) ERRORLOG(Value(ErrLocation), FailureText(failure), true);
+}
+
+void CZURDLL::RaiseError(const Error& failure, bool& Response) const {
+  if (!error_handler_) return;
+  const ErrorHandler handler = error_handler_;  // it may set another one
+  std::int32_t number = failure.Number();
+  std::string description = failure.Description();
+  Quietly([&] { handler(number, description, Response); });
+}
+
+void CZURDLL::ERRORLOG(Value&& ErrLocation, const std::string& ErrDesc, bool Respond) {
+  ERRORLOG(ErrLocation, ErrDesc, Respond);
+}
+
+void CZURDLL::ERRORLOG(Value& ErrLocation, const std::string& ErrDesc, bool Respond) {
+  if (ErrDesc.empty() && !ThisThread().current) return;
+  ResetMousePointer();
+  CloseWaitWindow();
+  ErrLocation = ErrLocation.IsMissing() ? kNoLocation : Bracketed(ErrLocation.ToText());
+
+  std::optional<Error> unshown;
+  if (Respond) {
+    try {
+      MessageRequest request;
+      request.prompt = ErrDesc;
+      request.title = kLogTitle;
+      request.icon = msgCritical;
+      CurrentHost().desktop->ShowMessage(request);
+    } catch (...) {
+      unshown = CaughtFailure();
+    }
+  }
+  AppendToErrorLog(TempFolder(), ErrLocation.String(), ErrDesc);
+  if (unshown) AppendToErrorLog(TempFolder(), "[DLL.MsgBox]", FailureText(*unshown));
+  ThisThread().current.reset();
+}
+
+void CZURDLL::CloseWaitWindow() noexcept {
+  Quietly([this] {
+    const auto desktop = wait_desktop_ ? std::move(wait_desktop_) : CurrentHost().desktop;
+    wait_desktop_.reset();
+    desktop->UnloadWait();
+  });
+}
+
+CZURDLL& SharedToolkit() {
+  thread_local CZURDLL toolkit;
+  return toolkit;
+}
+
+Error CaughtFailure() {
+  try {
+    throw;
+  } catch (const Error& failure) {
+    return failure;
+  } catch (const std::bad_alloc&) {
+    return {error_number::kOutOfMemory, "Out of memory"};
+  } catch (const std::exception& failure) {
+    return {error_number::kInternalError, failure.what()};
+  } catch (...) {
+    return {error_number::kInternalError, "Internal error"};
+  }
+}
+
+}  // namespace kel

@@ -1,0 +1,78 @@
+#include "keldll/progress.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace kel::command {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kQuietTime{1000};
+constexpr milliseconds kBetweenDraws{100};
+// Rows may take a microsecond each; the clock is not to be what takes the time.
+constexpr int kStepsBetweenLooks = 256;
+// Rows that come slowly, from a pipe or a far database, are looked at one by one.
+constexpr milliseconds kSlowLook{10};
+
+std::string PerSecond(std::int64_t count, double seconds) {
+  return std::to_string(static_cast<std::int64_t>(static_cast<double>(count) / seconds));
+}
+
+}  // namespace
+
+ProgressDesktop::ProgressDesktop(std::function<std::int64_t()> pages)
+    : pages_(std::move(pages)), terminal_(isatty(STDERR_FILENO) == 1) {}
+
+ProgressDesktop::~ProgressDesktop() { Erase(); }
+
+void ProgressDesktop::ShowWait(const WaitRequest& request) {
+  HeadlessDesktop::ShowWait(request);
+  rows_ = 0;
+  steps_until_look_ = kStepsBetweenLooks;
+  begun_ = last_look_ = Time::now();
+  draw_next_ = begun_ + kQuietTime;
+}
+
+bool ProgressDesktop::StepWait(std::int32_t step, const std::optional<std::string>& caption) {
+  rows_ += step;
+  if (terminal_ && --steps_until_look_ <= 0) LookAtClock();
+  return HeadlessDesktop::StepWait(step, caption);
+}
+
+void ProgressDesktop::LookAtClock() {
+  const Time::time_point now = Time::now();
+  steps_until_look_ = now - last_look_ > kSlowLook ? 1 : kStepsBetweenLooks;
+  last_look_ = now;
+  if (now < draw_next_) return;
+  Draw(now - begun_);
+  draw_next_ = now + kBetweenDraws;
+}
+
+void ProgressDesktop::Draw(Time::duration worked) {
+  const double seconds = std::chrono::duration<double>(worked).count();
+  const std::int64_t pages = pages_();
+  std::string line = std::to_string(rows_) + " rows, " + std::to_string(pages) + " pages, " +
+                     PerSecond(rows_, seconds) + " rows/s, " + PerSecond(pages, seconds) +
+                     " pages/s";
+  const std::size_t length = line.size();
+  if (length < drawn_) line.append(drawn_ - length, ' ');
+  drawn_ = length;
+  line.insert(line.begin(), '\r');
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+void ProgressDesktop::UnloadWait() {
+  Erase();
+  HeadlessDesktop::UnloadWait();
+}
+
+void ProgressDesktop::Erase() {
+  if (drawn_ == 0) return;
+  const std::string blank = '\r' + std::string(drawn_, ' ') + '\r';
+  std::fwrite(blank.data(), 1, blank.size(), stderr);
+  drawn_ = 0;
+}
+
+}  // namespace kel::command

@@ -1,0 +1,47 @@
+// What a `report` command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "common/job_values.h"
+#include "keldll/arguments.h"
+#include "keldll/job_settings.h"
+
+namespace kel::command {
+
+enum class SourceKind { kGridFile, kCsvFile, kDatabase };
+
+enum class OutputKind { kStandardOutput, kPageFile, kText };
+
+struct Output {
+  OutputKind kind;
+  std::string path;  // empty for standard output
+};
+
+struct ReportOptions {
+  SourceKind source_kind = SourceKind::kGridFile;
+  std::string source;  // the path of a file or an SQLite database
+  std::string sql;
+
+  std::optional<std::string> caption;
+  std::vector<std::string> titles;
+  std::optional<std::vector<std::int32_t>> widths;
+  std::vector<int> alignments;
+  std::optional<Range> rows;
+  std::optional<Range> cols;
+  PageNumber start_page = 0;
+  JobSettings settings;
+  std::optional<std::string> stamp;
+  std::optional<Range> pages;
+
+  std::vector<Output> outputs;  // never empty
+};
+
+/// Throws UsageError for a wrong command line, else Error for what this version cannot do.
+ReportOptions ReadReportOptions(std::span<const std::string> words);
+
+}  // namespace kel::command

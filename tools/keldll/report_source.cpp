@@ -1,0 +1,111 @@
+#include "keldll/report_source.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "common/error.h"
+#include "common/text_cells.h"
+#include "data/csv.h"
+#include "data/sql_text.h"
+#include "data/sqlite.h"
+#include "engine/CPrint.h"
+#include "keldll/grid_json.h"
+
+namespace kel::command {
+namespace {
+
+constexpr std::int32_t kMeasuredRows = 1000;
+constexpr Cells kWidestMeasured = 40;
+
+// The columns' widths as RecordsetGrid measures them.
+std::vector<std::int32_t> MeasureGrid(const MemoryGrid& grid) {
+  std::vector<std::int32_t> widths(static_cast<std::size_t>(grid.Cols()), 1);
+  const std::int32_t rows = std::min(grid.Rows(), kMeasuredRows + 1);
+  for (std::int32_t row = 0; row < rows; ++row) {
+    for (std::int32_t col = 0; col < grid.Cols(); ++col) {
+      // One cell more than is kept: a grapheme of two cells may not fit the last one.
+      const TextPiece piece = FitCells(CleanText(grid.Text(row, col)), kWidestMeasured + 1);
+      std::int32_t& width = widths[static_cast<std::size_t>(col)];
+      width = std::max(width, std::min(piece.cells, kWidestMeasured));
+    }
+  }
+  return widths;
+}
+
+}  // namespace
+
+ReportSource::ReportSource(const ReportOptions& options)
+    : options_(options), titles_(options.titles) {
+  switch (options.source_kind) {
+    case SourceKind::kGridFile:
+      OpenGridFile();
+      break;
+    case SourceKind::kCsvFile:
+      OpenCsvFile();
+      break;
+    case SourceKind::kDatabase:
+      OpenDatabase();
+      break;
+  }
+}
+
+void ReportSource::OpenGridFile() {
+  JsonGrid file = ReadGridJson(options_.source);
+  loaded_ = std::make_unique<MemoryGrid>(std::move(file.grid));
+  cols_ = loaded_->Cols();
+  last_row_ = loaded_->Rows() - 1;
+  if (cols_ == 0) {
+    throw Error(error_number::kInvalidFileFormat, options_.source + ": TextMatrix has no cells");
+  }
+  if (file.widths) file_widths_ = std::move(*file.widths);
+  if (titles_.empty()) titles_ = std::move(file.titles);
+  DressGrid(*loaded_, file.caption.value_or(FileStem()));
+}
+
+void ReportSource::OpenCsvFile() {
+  records_.Open(OpenCsv(options_.source));
+  StreamRecords(FileStem());
+}
+
+void ReportSource::OpenDatabase() {
+  connection_ = Connection(OpenSqlite(options_.source, Access::kRead));
+  records_.Open(options_.sql, connection_);
+  const std::string table = FirstTableName(options_.sql);
+  StreamRecords(table.empty() ? FileStem() : table);
+}
+
+void ReportSource::StreamRecords(const std::string& caption) {
+  stream_ = std::make_unique<RecordsetGrid>(records_, options_.caption.value_or(caption));
+  cols_ = stream_->Cols();
+  last_row_ = kLastRow;
+  if (!options_.alignments.empty()) DressGrid(*stream_, caption);
+}
+
+void ReportSource::DressGrid(GridSource& grid, const std::string& caption) {
+  const std::size_t given = options_.alignments.size();
+  if (given > static_cast<std::size_t>(cols_)) {
+    throw Error(error_number::kSubscriptOutOfRange, "--align names " + std::to_string(given) +
+                                                        " columns, but " + options_.source +
+                                                        " has " + std::to_string(cols_));
+  }
+  dressed_ =
+      std::make_unique<JobGrid>(grid, options_.caption.value_or(caption), options_.alignments);
+}
+
+std::string ReportSource::FileStem() const {
+  return std::filesystem::path(options_.source).stem().string();
+}
+
+GridSource& ReportSource::Grid() {
+  if (dressed_) return *dressed_;
+  return *stream_;
+}
+
+std::vector<std::int32_t> ReportSource::Widths() {
+  if (options_.widths) return *options_.widths;
+  if (!file_widths_.empty()) return file_widths_;
+  if (stream_) return stream_->MeasureWidths(kMeasuredRows, kWidestMeasured);
+  return MeasureGrid(*loaded_);
+}
+
+}  // namespace kel::command

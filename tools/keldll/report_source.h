@@ -1,0 +1,55 @@
+// The source of a report, opened.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/Connection.h"
+#include "data/Recordset.h"
+#include "engine/memory_grid.h"
+#include "engine/recordset_grid.h"
+#include "keldll/job_grid.h"
+#include "keldll/report_options.h"
+
+namespace kel::command {
+
+/// Opens what the options name and makes a grid of it, with caption, alignments and titles as they
+/// hold for the job: an option wins over the file.
+class ReportSource {
+ public:
+  /// Throws Error naming the file or the SQL text.
+  explicit ReportSource(const ReportOptions& options);
+  ReportSource(const ReportSource&) = delete;
+  ReportSource& operator=(const ReportSource&) = delete;
+
+  GridSource& Grid();
+  std::int32_t LastCol() const { return cols_ - 1; }
+  /// kLastRow for rows that stream.
+  std::int32_t LastRow() const { return last_row_; }
+  /// One per column: those of the options, else of the file, else measured.
+  std::vector<std::int32_t> Widths();
+  const std::vector<std::string>& Titles() const { return titles_; }
+
+ private:
+  void OpenGridFile();
+  void OpenCsvFile();
+  void OpenDatabase();
+  void StreamRecords(const std::string& caption);
+  void DressGrid(GridSource& grid, const std::string& caption);
+  std::string FileStem() const;
+
+  const ReportOptions& options_;
+  Connection connection_;
+  Recordset records_;
+  std::unique_ptr<RecordsetGrid> stream_;
+  std::unique_ptr<MemoryGrid> loaded_;
+  std::unique_ptr<JobGrid> dressed_;
+  std::int32_t cols_ = 0;
+  std::int32_t last_row_ = 0;
+  std::vector<std::int32_t> file_widths_;  // empty when the file has none
+  std::vector<std::string> titles_;
+};
+
+}  // namespace kel::command

@@ -1,0 +1,90 @@
+#include "keldll/usage.h"
+
+namespace kel::command {
+namespace {
+
+constexpr std::string_view kGeneralUsage = R"(usage: keldll report SOURCE [layout] [output]
+       keldll browse SOURCE
+       keldll words AMOUNT...
+       keldll setup
+       keldll settings [get KEY | set KEY VALUE | reset]
+       keldll --version | --help | help VERB
+
+  report     lay a table out into pages, then print, show or save them
+  browse     open the list window on a table (not available in this version)
+  words      write amounts in words
+  setup      open the printer setup dialog (not available in this version)
+  settings   show and change the stored settings
+
+keldll help VERB tells the options of a verb.
+)";
+
+constexpr std::string_view kReportUsage = R"(usage: keldll report SOURCE [layout] [output]
+
+SOURCE, one of
+  grid.json                a grid with widths, alignments, fonts and titles
+  table.csv                comma-separated values; the first record is the headings
+  --db FILE --sql TEXT     the rows of a statement on an SQLite database
+
+Layout
+  --caption TEXT           the caption of the page line
+  --title TEXT             a line above the first page; repeat for more
+  --widths 10,20,0,12      characters per column; 0 hides a column
+  --align l,r,...          left or right, per column
+  --rows A-B               only these rows; row 0 holds the headings
+  --cols A-B               only these columns, counted from 0
+  --start-page N           number of the first page
+  --set NAME=VALUE         a print setting for this job only; repeat for more
+  --stamp TEXT             the text printed as date and time
+  --pages A-B              only these pages, counted from 1
+
+Output
+  -o FILE                  .rpt: the page file; .txt: its text without codes; repeat for more
+  -o -                     the text on standard output (when nothing else is asked for)
+  --print, --preview, and the endings .pdf .doc .xls .xlsx are not available in this version
+)";
+
+constexpr std::string_view kBrowseUsage =
+    R"(usage: keldll browse SOURCE [--caption TEXT] [--active 0,3] [--sums 2,4]
+                     [--formats "0=dd/mmmm/yyyy,4=###0.00"] [--align l,r,...]
+
+Opens the list window on a table. Not available in this version.
+)";
+
+constexpr std::string_view kWordsUsage =
+    R"text(usage: keldll words AMOUNT... [--rupee TEXT] [--paise TEXT] [--extended]
+
+One line of words per amount.
+  --rupee TEXT   the word after the whole units, "Rupee(s)" unless given
+  --paise TEXT   the word after the hundredths, "Paise" unless given
+  --extended     read amounts as exact decimal texts; right for every size of amount
+  --             ends the options, for negative amounts: keldll words -- -5
+)text";
+
+constexpr std::string_view kSetupUsage = R"(usage: keldll setup
+
+Opens the printer setup dialog. Not available in this version.
+)";
+
+constexpr std::string_view kSettingsUsage = R"(usage: keldll settings
+       keldll settings get KEY
+       keldll settings set KEY VALUE
+       keldll settings reset
+
+Without more, lists every setting. KEY is Section/Key: 'Setup\DOS/Lines', 'Characters/12 cpi'.
+reset deletes everything that is stored.
+)";
+
+}  // namespace
+
+std::string_view UsageOf(std::string_view verb) {
+  if (verb.empty()) return kGeneralUsage;
+  if (verb == "report") return kReportUsage;
+  if (verb == "browse") return kBrowseUsage;
+  if (verb == "words") return kWordsUsage;
+  if (verb == "setup") return kSetupUsage;
+  if (verb == "settings") return kSettingsUsage;
+  return {};
+}
+
+}  // namespace kel::command
