@@ -92,12 +92,12 @@ void LayoutBesideCat(benchmark::State& state) {
   for (auto _ : state) {
     const std::size_t before = allocations;
     best_layout = std::min(best_layout, Seconds([&] {
-      OutputFile file(page_file);
-      PageFileWriter writer(file);
-      LayOutReport(grid, kWidths, settings, {0, 0, rows, 7, 1}, {{}, "21/11/2026"}, writer,
-                   [](PageNumber) {});
-      file.Commit();
-    }));
+                             OutputFile file(page_file);
+                             PageFileWriter writer(file);
+                             LayOutReport(grid, kWidths, settings, {0, 0, rows, 7, 1},
+                                          {{}, "21/11/2026"}, writer, [](PageNumber) {});
+                             file.Commit();
+                           }));
     allocated = allocations - before;
     best_cat = std::min(best_cat, Seconds([&] { Cat(page_file, copy); }));
   }
@@ -111,7 +111,11 @@ void LayoutBesideCat(benchmark::State& state) {
   std::filesystem::remove(page_file);
   std::filesystem::remove(copy);
 }
-BENCHMARK(LayoutBesideCat)->Arg(100'000)->Arg(1'000'000)->Iterations(7)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutBesideCat)
+    ->Arg(100'000)
+    ->Arg(1'000'000)
+    ->Iterations(7)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace kel

@@ -4,9 +4,8 @@
 #include <xlocale.h>
 #endif
 
-#include <locale.h>
-
 #include <array>
+#include <clocale>
 
 namespace kel {
 namespace {

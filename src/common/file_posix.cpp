@@ -1,12 +1,12 @@
 #include <fcntl.h>
 #include <pthread.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -34,10 +34,12 @@ constexpr std::size_t kKernelCopyBlock = std::size_t{1} << 30;
 }
 
 [[noreturn]] void ThrowCannotCreate(const std::filesystem::path& path, int system_error = errno) {
-  const Error error = Error::FromSystem(system_error, "cannot create " + path.string());
+  const std::string what_failed = "cannot create " + path.string();
   // What is not found is the folder: the file itself is yet to be made.
-  if (system_error == ENOENT) throw Error(error_number::kPathNotFound, error.Description());
-  throw error;
+  if (system_error == ENOENT) {
+    throw Error(error_number::kPathNotFound, what_failed + ": the folder does not exist");
+  }
+  throw Error::FromSystem(system_error, what_failed);
 }
 
 template <typename Call>

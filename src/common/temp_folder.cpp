@@ -91,7 +91,7 @@ std::filesystem::path Absolute(const std::filesystem::path& path) {
 std::filesystem::path HomeFolder() {
   const std::filesystem::path chosen = VariableAsPath(kHomeVariable);
   if (!chosen.empty()) return Absolute(chosen);
-  // A relative cache folder is to be ignored (XDG Base Directory Specification).
+  // A relative cache folder is to be ignored (XDG base directories).
   const std::filesystem::path cache = VariableAsPath("XDG_CACHE_HOME");
   if (cache.is_absolute()) return cache / "keldll";
   const std::filesystem::path home = VariableAsPath("HOME");

@@ -56,6 +56,7 @@ class Value {
   using ObjectPtr = std::shared_ptr<Object>;
 
   Value() = default;  // Empty
+  // NOLINTBEGIN(google-explicit-constructor): whatever it can hold becomes a Value by itself
   Value(bool boolean) : held_(boolean) {}
   Value(int integer) : held_(std::int64_t{integer}) {}
   Value(std::int64_t integer) : held_(integer) {}
@@ -67,6 +68,7 @@ class Value {
   Value(const char* text) : held_(std::string(text)) {}
   Value(ObjectPtr object) : held_(std::move(object)) {}
   Value(Array array) : held_(std::move(array)) {}
+  // NOLINTEND(google-explicit-constructor)
 
   static Value Null() { return Value(NullTag{}); }
   static Value Missing() { return Value(MissingTag{}); }

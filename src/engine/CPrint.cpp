@@ -91,7 +91,7 @@ void CPrint::Impl::Run(std::string_view operation, Body body) {
 
 void CPrint::Impl::LoadSettings() {
   const std::optional<Error> failure = LoadPrintSettings(*CurrentHost().settings, settings);
-  if (failure) throw *failure;
+  if (failure) throw Error(*failure);
 }
 
 CPrint::CPrint() : impl_(std::make_unique<Impl>()) {
@@ -170,79 +170,77 @@ void CPrint::Refresh() {
 const std::optional<Error>& CPrint::LastError() const { return impl_->last_error; }
 
 std::int32_t CPrint::Pages() const { return impl_->pages; }
-void CPrint::Pages(std::int32_t value) { impl_->pages = value; }
+void CPrint::Pages(std::int32_t pages) { impl_->pages = pages; }
 
 PageNumber CPrint::CurrentPage() const { return impl_->current_page; }
-void CPrint::CurrentPage(PageNumber value) { impl_->current_page = value; }
+void CPrint::CurrentPage(PageNumber page) { impl_->current_page = page; }
 
 const Value& CPrint::ColWidth() const { return impl_->col_width; }
-void CPrint::ColWidth(Value value) { impl_->col_width = std::move(value); }
+void CPrint::ColWidth(Value widths) { impl_->col_width = std::move(widths); }
 
 const Value& CPrint::ReportTitle() const { return impl_->report_title; }
-void CPrint::ReportTitle(Value value) { impl_->report_title = std::move(value); }
+void CPrint::ReportTitle(Value lines) { impl_->report_title = std::move(lines); }
 
 const Value& CPrint::PageTitle() const { return impl_->page_title; }
-void CPrint::PageTitle(Value value) { impl_->page_title = std::move(value); }
+void CPrint::PageTitle(Value title) { impl_->page_title = std::move(title); }
 
 bool CPrint::ReBuild() const { return impl_->rebuild; }
-void CPrint::ReBuild(bool value) { impl_->rebuild = value; }
+void CPrint::ReBuild(bool rebuild) { impl_->rebuild = rebuild; }
 
 bool CPrint::Portrait() const { return impl_->settings.portrait; }
-void CPrint::Portrait(bool value) { impl_->settings.portrait = value; }
+void CPrint::Portrait(bool portrait) { impl_->settings.portrait = portrait; }
 
 float CPrint::PageHeight() const { return impl_->settings.page_height; }
-void CPrint::PageHeight(float value) { impl_->settings.page_height = value; }
+void CPrint::PageHeight(float inches) { impl_->settings.page_height = inches; }
 
 float CPrint::PageWidth() const { return impl_->settings.page_width; }
-void CPrint::PageWidth(float value) { impl_->settings.page_width = value; }
+void CPrint::PageWidth(float inches) { impl_->settings.page_width = inches; }
 
 std::int32_t CPrint::LeftMargin() const { return impl_->settings.left_margin; }
-void CPrint::LeftMargin(std::int32_t value) { impl_->settings.left_margin = value; }
+void CPrint::LeftMargin(std::int32_t characters) { impl_->settings.left_margin = characters; }
 
 std::int32_t CPrint::RightMargin() const { return impl_->settings.right_margin; }
-void CPrint::RightMargin(std::int32_t value) { impl_->settings.right_margin = value; }
+void CPrint::RightMargin(std::int32_t characters) { impl_->settings.right_margin = characters; }
 
 std::int32_t CPrint::BottomMargin() const { return impl_->settings.bottom_margin; }
-void CPrint::BottomMargin(std::int32_t value) { impl_->settings.bottom_margin = value; }
+void CPrint::BottomMargin(std::int32_t lines) { impl_->settings.bottom_margin = lines; }
 
 std::int32_t CPrint::TopMargin() const { return impl_->settings.top_margin; }
-void CPrint::TopMargin(std::int32_t value) { impl_->settings.top_margin = value; }
+void CPrint::TopMargin(std::int32_t lines) { impl_->settings.top_margin = lines; }
 
 bool CPrint::PrintDateTime() const { return impl_->settings.print_date_time; }
-void CPrint::PrintDateTime(bool value) { impl_->settings.print_date_time = value; }
+void CPrint::PrintDateTime(bool print) { impl_->settings.print_date_time = print; }
 
 bool CPrint::PrintColumnDivider() const { return impl_->settings.print_column_divider; }
-void CPrint::PrintColumnDivider(bool value) { impl_->settings.print_column_divider = value; }
+void CPrint::PrintColumnDivider(bool print) { impl_->settings.print_column_divider = print; }
 
 std::int32_t CPrint::Lines() const { return impl_->settings.lines; }
-void CPrint::Lines(std::int32_t value) { impl_->settings.lines = value; }
+void CPrint::Lines(std::int32_t lines) { impl_->settings.lines = lines; }
 
 std::int32_t CPrint::Cols() const { return impl_->settings.cols; }
-void CPrint::Cols(std::int32_t value) { impl_->settings.cols = value; }
+void CPrint::Cols(std::int32_t characters) { impl_->settings.cols = characters; }
 
 PageNumber CPrint::StartPage() const { return impl_->settings.start_page; }
-void CPrint::StartPage(PageNumber value) { impl_->settings.start_page = value; }
+void CPrint::StartPage(PageNumber page) { impl_->settings.start_page = page; }
 
 PageNumber CPrint::EndPage() const { return impl_->settings.end_page; }
-void CPrint::EndPage(PageNumber value) { impl_->settings.end_page = value; }
+void CPrint::EndPage(PageNumber page) { impl_->settings.end_page = page; }
 
 const std::string& CPrint::UnderLineChar() const { return impl_->settings.under_line_char; }
-void CPrint::UnderLineChar(std::string value) {
-  impl_->settings.under_line_char = std::move(value);
-}
+void CPrint::UnderLineChar(std::string text) { impl_->settings.under_line_char = std::move(text); }
 
 const std::string& CPrint::Font() const { return impl_->settings.font; }
-void CPrint::Font(std::string value) { impl_->settings.font = std::move(value); }
+void CPrint::Font(std::string name) { impl_->settings.font = std::move(name); }
 
 float CPrint::FontSize() const { return impl_->settings.font_size; }
-void CPrint::FontSize(float value) { impl_->settings.font_size = value; }
+void CPrint::FontSize(float points) { impl_->settings.font_size = points; }
 
 const std::string& CPrint::PrinterDevice() const { return impl_->settings.printer_device; }
-void CPrint::PrinterDevice(std::string value) { impl_->settings.printer_device = std::move(value); }
+void CPrint::PrinterDevice(std::string name) { impl_->settings.printer_device = std::move(name); }
 
 const std::string& CPrint::Port() const { return impl_->settings.port; }
-void CPrint::Port(std::string value) { impl_->settings.port = std::move(value); }
+void CPrint::Port(std::string port) { impl_->settings.port = std::move(port); }
 
 const std::string& CPrint::Mode() const { return impl_->settings.mode; }
-void CPrint::Mode(std::string value) { impl_->settings.mode = std::move(value); }
+void CPrint::Mode(std::string mode) { impl_->settings.mode = std::move(mode); }
 }  // namespace kel

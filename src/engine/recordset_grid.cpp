@@ -1,18 +1,13 @@
 #include "engine/recordset_grid.h"
 
-#include <algorithm>
-
 #include "common/error.h"
+#include "engine/column_widths.h"
 
 namespace kel {
 
 namespace {
 
 constexpr std::uint32_t kWindowBackground = 0x80000005;
-
-Cells WidthInReport(std::string_view text) {
-  return IsPlain(text) ? static_cast<Cells>(text.size()) : CellWidth(CleanText(text));
-}
 
 }  // namespace
 
@@ -27,17 +22,12 @@ RecordsetGrid::RecordsetGrid(Recordset& records, std::string caption)
 
 std::vector<Cells> RecordsetGrid::MeasureWidths(std::int32_t sample_rows, Cells widest) {
   ReadAhead(sample_rows);
-  std::vector<Cells> widths;
-  for (const std::string& heading : headings_) {
-    widths.push_back(std::max<Cells>(1, WidthInReport(heading)));
+  ColumnWidths widths(headings_.size(), widest);
+  for (std::size_t i = 0; i < headings_.size(); ++i) {
+    widths.Measure(i, headings_[i]);
+    for (const std::vector<std::string>& record : ahead_) widths.Measure(i, record[i]);
   }
-  for (const std::vector<std::string>& record : ahead_) {
-    for (std::size_t i = 0; i < widths.size(); ++i) {
-      widths[i] = std::max(widths[i], WidthInReport(record[i]));
-    }
-  }
-  for (Cells& width : widths) width = std::min(width, widest);
-  return widths;
+  return widths.Widths();
 }
 
 void RecordsetGrid::ReadAhead(std::int32_t rows) {

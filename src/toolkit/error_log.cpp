@@ -63,10 +63,10 @@ void AppendLine(const std::filesystem::path& log, const std::string& line) {
   file.write(line.data(), static_cast<std::streamsize>(line.size()));
   file.close();
   if (file) return;
-  const Error failure = Error::FromSystem(errno == 0 ? EIO : errno, "cannot write " + log.string());
+  const int reason = errno == 0 ? EIO : errno;
   std::error_code ignored;
   if (!absent) std::filesystem::resize_file(log, size_before, ignored);
-  throw failure;
+  throw Error::FromSystem(reason, "cannot write " + log.string());
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "command/command_fixture.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -9,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -28,6 +28,7 @@ std::string Contents(const std::filesystem::path& path) {
 
 std::vector<char*> Pointers(const std::vector<std::string>& words) {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
   pointers.push_back(nullptr);
   return pointers;

@@ -31,7 +31,9 @@ class Child {
   Child(pid_t pid, std::filesystem::path out, std::filesystem::path err)
       : pid_(pid), out_(std::move(out)), err_(std::move(err)) {}
   Child(Child&& other) noexcept
-      : pid_(std::exchange(other.pid_, 0)), out_(other.out_), err_(other.err_) {}
+      : pid_(std::exchange(other.pid_, 0)),
+        out_(std::move(other.out_)),
+        err_(std::move(other.err_)) {}
   ~Child();
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
@@ -65,11 +67,13 @@ class Feed {
 };
 
 class CommandTest : public testing::Test {
+ public:
+  ~CommandTest() override;
+
  protected:
   using Words = std::vector<std::string>;
 
   CommandTest();
-  ~CommandTest() override;
 
   /// A path in the test's own folder.
   std::string Path(std::string_view name) const { return (folder_ / name).string(); }

@@ -12,13 +12,15 @@ namespace kel::command {
 namespace {
 
 class GridJsonTest : public testing::Test {
+ public:
+  ~GridJsonTest() override { std::filesystem::remove_all(folder_); }
+
  protected:
   GridJsonTest() {
     std::string name = (std::filesystem::temp_directory_path() / "grid-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make " + name);
     folder_ = name;
   }
-  ~GridJsonTest() override { std::filesystem::remove_all(folder_); }
 
   JsonGrid Read(std::string_view json) const {
     std::ofstream(folder_ / "g.json", std::ios::binary) << json;
@@ -85,10 +87,10 @@ TEST_F(GridJsonTest, OnlyTextMatrixIsRequired) {
 TEST_F(GridJsonTest, ScalarsInCellsStandForTheirText) {
   const JsonGrid read =
       Read(R"({"TextMatrix": [[1250.00, -0, 1E5, true, false, null, 12345678901234567890123]]})");
-  const char* const expected[] = {
+  const std::vector<std::string> expected = {
       "1250.00", "-0", "1E5", "true", "false", "", "12345678901234567890123"};
   for (std::int32_t col = 0; col < read.grid.Cols(); ++col) {
-    EXPECT_EQ(read.grid.Text(0, col), expected[col]);
+    EXPECT_EQ(read.grid.Text(0, col), expected[static_cast<std::size_t>(col)]);
   }
 }
 
@@ -127,17 +129,16 @@ TEST_F(GridJsonTest, TextsLongerThanAReadBlockStayWhole) {
 }
 
 TEST_F(GridJsonTest, FaultsNameTheirPlaceAndReason) {
-  const std::pair<std::string_view, std::string_view> cases[] = {
+  const std::vector<std::pair<std::string_view, std::string_view>> cases = {
       {"", "line 1, column 1: The document is empty."},
       {"[]", "line 1, column 1: a grid is an object with the member TextMatrix"},
       {"\"a\"", "a grid is an object with the member TextMatrix"},
       {"{}", "TextMatrix is missing"},
       {"{\n \"TextMatrix\": [[\"a\" \"b\"]]}", "line 2, column 22: Missing a comma or ']'"},
-      {"{\"TextMatrix\": [[\"a\"]]} x",
-       "line 1, column 25: The document root must not be followed"},
+      {R"({"TextMatrix": [["a"]]} x)", "line 1, column 25: The document root must not be followed"},
       {std::string_view("{\"TextMatrix\": [[\"a\"]]}\0x", 25),
        "The document root must not be followed"},
-      {"{\"TextMatrix\": [[\"a\"]]", "line 1, column 23: Missing a comma or '}'"},
+      {R"({"TextMatrix": [["a"]])", "line 1, column 23: Missing a comma or '}'"},
       {"{\"TextMatrix\": [[\"a\nb\"]]}", "Invalid escape character in string."},
       {R"({"TextMatrix": [["\ud800"]]})", "surrogate"},
       {R"({"TextMatrix": [["\ud800\u0041"]]})", "surrogate"},

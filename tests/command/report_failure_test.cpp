@@ -33,7 +33,7 @@ TEST_F(ReportFailureTest, SourceThatCannotBeRead) {
 }
 
 TEST_F(ReportFailureTest, GridFileThatIsBroken) {
-  ExpectReportFailure({Write("bad.json", "{\"TextMatrix\": [[\"a\",]]}")},
+  ExpectReportFailure({Write("bad.json", R"({"TextMatrix": [["a",]]})")},
                       {"bad.json", "line 1, column 22", "Invalid value"});
   ExpectReportFailure({Write("bad.json", "{\"Rows\": 3}")},
                       {"bad.json", "unknown member \"Rows\""});
@@ -112,7 +112,8 @@ TEST_F(ReportFailureTest, StoredSettingThatCannotBeRead) {
 }
 
 TEST_F(ReportFailureTest, OutputThatCannotBeMade) {
-  ExpectReportFailure({table_, "-o", Path("missing/x.rpt")}, {"missing/x.rpt", "No such file"});
+  ExpectReportFailure({table_, "-o", Path("missing/x.rpt")},
+                      {"missing/x.rpt", "the folder does not exist"});
   ExpectReportFailure({table_, "-o", table_ + "/x.txt"}, {"table.csv/x.txt"});
   std::filesystem::create_directory(Path("folder.rpt"));
   ExpectReportFailure({table_, "-o", Path("folder.rpt")}, {"folder.rpt"});

@@ -1,11 +1,11 @@
 #include <fcntl.h>
 #include <poll.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 
 #include "command/command_fixture.h"
 

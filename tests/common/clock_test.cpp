@@ -1,9 +1,9 @@
 #include "common/clock.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <clocale>
+#include <cstdlib>
 #include <ctime>
 #include <string>
 
@@ -20,19 +20,17 @@ std::string ShapeOf(std::string stamp) {
 
 class SystemClockTest : public testing::Test {
  protected:
-  ~SystemClockTest() override { ::unsetenv("LC_ALL"); }
+  void TearDown() override { ::unsetenv("LC_ALL"); }
 };
 
 TEST_F(SystemClockTest, StampIsTheDateAndTimeOfTheLocale) {
   ::setenv("LC_ALL", "C", 1);
-  EXPECT_TRUE(
-      std::regex_match(SystemClock().Stamp(), std::regex(R"(\d\d/\d\d/\d\d \d\d:\d\d:\d\d)")));
+  EXPECT_EQ(ShapeOf(SystemClock().Stamp()), "00/00/00 00:00:00");
 }
 
 TEST_F(SystemClockTest, AnUnknownLocaleStillGivesAStamp) {
   ::setenv("LC_ALL", "xx_XX.NONSENSE", 1);
-  EXPECT_TRUE(
-      std::regex_match(SystemClock().Stamp(), std::regex(R"(\d\d/\d\d/\d\d \d\d:\d\d:\d\d)")));
+  EXPECT_EQ(ShapeOf(SystemClock().Stamp()), "00/00/00 00:00:00");
 }
 
 TEST_F(SystemClockTest, TheProgramsOwnLocaleStaysAsItIs) {

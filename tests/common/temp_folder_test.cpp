@@ -1,9 +1,9 @@
 #include "common/temp_folder.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 // Each test has a home of its own and works on fresh threads, so that no folder is held before.
 class TempFolderTest : public testing::Test {
  protected:
-  TempFolderTest() { ::setenv("KELDLL_HOME", home_.Path().c_str(), 1); }
-  ~TempFolderTest() override {
+  void SetUp() override { ::setenv("KELDLL_HOME", home_.Path().c_str(), 1); }
+  void TearDown() override {
     for (const char* variable : {"KELDLL_HOME", "XDG_CACHE_HOME"}) ::unsetenv(variable);
     if (!user_home_.empty()) ::setenv("HOME", user_home_.c_str(), 1);
   }

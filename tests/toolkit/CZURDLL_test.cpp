@@ -1,8 +1,8 @@
 #include "toolkit/CZURDLL.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>

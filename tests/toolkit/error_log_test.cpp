@@ -1,9 +1,9 @@
 #include "toolkit/error_log.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 

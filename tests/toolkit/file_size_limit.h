@@ -1,8 +1,9 @@
 // A full disk, for this process only.
 #pragma once
 
-#include <signal.h>
 #include <sys/resource.h>
+
+#include <csignal>
 
 namespace kel::testing {
 

@@ -239,7 +239,7 @@ void GridHandler::ApplyFonts() {
   for (const auto& [cell, font] : fonts_) {
     const auto [row, col] = cell;
     if (row < 0 || row >= grid.Rows() || col < 0 || col >= grid.Cols()) {
-      const std::size_t mark =
+      const auto mark =
           static_cast<std::size_t>(font.bold ? Member::kCellFontBold : Member::kCellFontUnderline);
       throw JsonFault(std::string(kMembers[mark].name) + " marks the cell [" + std::to_string(row) +
                       ", " + std::to_string(col) + "], but the grid has " +

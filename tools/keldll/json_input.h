@@ -68,7 +68,7 @@ class JsonInput {
   }
 
  private:
-  static constexpr std::size_t kBlock = 64 * 1024;
+  static constexpr std::size_t kBlock = std::size_t{64} * 1024;
 
   void Fill() {
     before_ += static_cast<std::size_t>(end_ - block_.data());

@@ -8,7 +8,7 @@
 #include "data/csv.h"
 #include "data/sql_text.h"
 #include "data/sqlite.h"
-#include "engine/CPrint.h"
+#include "engine/column_widths.h"
 #include "keldll/grid_json.h"
 
 namespace kel::command {
@@ -17,19 +17,15 @@ namespace {
 constexpr std::int32_t kMeasuredRows = 1000;
 constexpr Cells kWidestMeasured = 40;
 
-// The columns' widths as RecordsetGrid measures them.
 std::vector<std::int32_t> MeasureGrid(const MemoryGrid& grid) {
-  std::vector<std::int32_t> widths(static_cast<std::size_t>(grid.Cols()), 1);
+  ColumnWidths widths(static_cast<std::size_t>(grid.Cols()), kWidestMeasured);
   const std::int32_t rows = std::min(grid.Rows(), kMeasuredRows + 1);
   for (std::int32_t row = 0; row < rows; ++row) {
     for (std::int32_t col = 0; col < grid.Cols(); ++col) {
-      // One cell more than is kept: a grapheme of two cells may not fit the last one.
-      const TextPiece piece = FitCells(CleanText(grid.Text(row, col)), kWidestMeasured + 1);
-      std::int32_t& width = widths[static_cast<std::size_t>(col)];
-      width = std::max(width, std::min(piece.cells, kWidestMeasured));
+      widths.Measure(static_cast<std::size_t>(col), grid.Text(row, col));
     }
   }
-  return widths;
+  return widths.Widths();
 }
 
 }  // namespace

@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
+#   benchmarks/run.sh [report|layout|words]...    all unless named
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+here="$root/benchmarks"
+"$root/scripts/setup.sh"
+cd "$root"
+cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
+cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark
+build="$root/build/release"
+
+# Data and results lie on the memory file system, so that the disk takes no part.
+work=$(mktemp -d /dev/shm/keldll-benchmark-XXXXXX)
+trap 'rm -rf "$work"' EXIT
+export KELDLL_HOME="$work/home" XDG_CONFIG_HOME="$work/config"
+
+# seconds COMMAND...: the least wall time of three runs; peak memory in KiB goes to $work/memory.
+seconds() {
+  for _ in 1 2 3; do
+    command time -f '%e %M' -o "$work/time" -a "$@" >"$work/out"
+  done
+  sort -n "$work/time" | head -n 1 | cut -d' ' -f1
+  sort -k2 -n "$work/time" | tail -n 1 | cut -d' ' -f2 >"$work/memory"
+  rm "$work/time"
+}
+
+ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.2f", a / b }'; }
+
+report_benchmark() {
+  local rows ours memory yardstick first=
+  for rows in 1000000 10000000; do
+    python3 "$here/make_entries.py" "$work/books.db" "$work/lines" "$rows"
+    ours=$(seconds "$build/keldll" report --db "$work/books.db" --sql 'SELECT * FROM Entry' \
+      --widths 8,14,24,10,14,14,2,20 -o "$work/books.rpt")
+    memory=$(cat "$work/memory")
+    yardstick=$(seconds pr -l 66 "$work/lines")
+    echo "report: $rows rows to .rpt $ours s, pr -l 66 $yardstick s, ratio $(ratio "$ours" "$yardstick") (at most 1); peak $memory KiB"
+    [ -z "$first" ] || echo "report: ten times the rows take $(ratio "$ours" "$first") times as long"
+    first=$ours
+    rm "$work/books.db" "$work/lines" "$work/books.rpt"
+  done
+}
+
+layout_benchmark() {
+  "$build/benchmarks/layout_benchmark"
+  echo "layout: times_cat is the ratio to cat of the page file (at most 5)"
+}
+
+words_benchmark() {
+  command -v npm >/dev/null || { echo "words: the yardstick needs nodejs and npm" >&2; return 1; }
+  (cd "$work" && npm install --silent --no-audit --no-fund to-words >/dev/null)
+  awk 'BEGIN { srand(7); for (i = 0; i < 1000000; ++i) printf "%.2f\n", rand() * 10 ^ (1 + i % 9) }' >"$work/amounts"
+  local yardstick ours
+  cp "$here/words_benchmark.js" "$work/"
+  yardstick=$(cd "$work" && node words_benchmark.js "$work/amounts" | cut -d' ' -f2)
+  "$build/benchmarks/words_benchmark" "$work/amounts" | while read -r name ours _; do
+    echo "words: $name $ours s for a million amounts, to-words $yardstick s, $(ratio "$yardstick" "$ours") times as fast (at least 20)"
+  done
+}
+
+for name in "${@:-report layout words}"; do
+  for benchmark in $name; do "${benchmark}_benchmark"; done
+done
