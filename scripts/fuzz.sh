@@ -9,6 +9,8 @@ cd "$root"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target grid_json_fuzz csv_fuzz page_file_fuzz
 
+# On the memory file system: the targets write their input to a file each time.
+[ -w /dev/shm ] && export TMPDIR=/dev/shm
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export TMPDIR="$work"

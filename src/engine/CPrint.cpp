@@ -1,6 +1,7 @@
 #include "engine/CPrint.h"
 
 #include <filesystem>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -40,7 +41,12 @@ std::vector<Cells> WidthsOf(const Value& col_width) {
 
 std::vector<std::string> LinesOf(const Value& report_title) {
   std::vector<std::string> lines;
-  if (!report_title.IsArray()) return lines;
+  if (!report_title.IsArray()) {
+    // A single text is one line; the initial empty one is none.
+    const std::string line = report_title.ToText();
+    if (!line.empty()) lines.push_back(line);
+    return lines;
+  }
   for (const Value& entry : report_title.ToArray()) lines.push_back(entry.ToText());
   return lines;
 }
@@ -124,13 +130,16 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   const WaitWindow wait("Preparing Pages...", range.row1, end);
   current_page = range.first_page;
 
+  // The caller may change a setting while the wait window lets events through; this job keeps its
+  // own.
+  const PrintSettings job_settings = settings;
   const std::vector<Cells> widths = WidthsOf(col_width);
   const ReportTexts texts = {LinesOf(report_title), CurrentHost().clock->Stamp()};
   OutputFile file(PageFile(), Links::kRefuse);
   PageFileWriter writer(file);
   CZURDLL& toolkit = SharedToolkit();
   const PageNumber last =
-      LayOutReport(grid, widths, settings, range, texts, writer, [&](PageNumber page) {
+      LayOutReport(grid, widths, job_settings, range, texts, writer, [&](PageNumber page) {
         current_page = page;
         toolkit.StepWait();
       });
@@ -142,9 +151,9 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   JobValues& job = CurrentJob();
   job.first_page = range.first_page;
   job.page_count = pages;
-  job.page_width = LineWidth(widths) + settings.left_margin + settings.right_margin;
-  job.page_length = PageLength(settings);
-  job.page_offsets = std::make_shared<const std::vector<std::uint64_t>>(writer.PageOffsets());
+  job.page_width = LineWidth(widths) + job_settings.left_margin + job_settings.right_margin;
+  job.page_length = PageLength(job_settings);
+  job.page_offsets = std::make_shared<const std::vector<std::uint64_t>>(writer.TakePageOffsets());
 }
 
 void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
@@ -155,7 +164,9 @@ void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
     if (job.page_length < 1) {
       throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");
     }
-    CopyPages(PageFile(), RangeFile(), From, To, job.page_length, *job.page_offsets);
+    const auto offsets =
+        job.page_offsets ? std::span(*job.page_offsets) : std::span<const std::uint64_t>();
+    CopyPages(PageFile(), RangeFile(), From, To, job.page_length, offsets);
   });
 }
 

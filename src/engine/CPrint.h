@@ -50,7 +50,7 @@ class CPrint {
   /// leaves the column out.
   const Value& ColWidth() const;
   void ColWidth(Value widths);
-  /// An array of lines that are printed once above the first page's heading, when the report
+  /// An array of lines, or one line, printed once above the first page's heading when the report
   /// starts at page 1.
   const Value& ReportTitle() const;
   void ReportTitle(Value lines);

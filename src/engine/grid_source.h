@@ -10,6 +10,8 @@ namespace kel {
 
 /// The system's button-face colour: the back colour of a fixed heading row.
 inline constexpr std::uint32_t kButtonFace = 0x8000000F;
+/// The system's window background: the back colour of every other row.
+inline constexpr std::uint32_t kWindowBackground = 0x80000005;
 
 /// Values of a grid's HighLight.
 inline constexpr int kHighlightNever = 0;

@@ -66,7 +66,6 @@ std::string_view MemoryGrid::TextMatrix(std::int32_t row, std::int32_t col) {
 }
 
 std::uint32_t MemoryGrid::CellBackColor() {
-  constexpr std::uint32_t kWindowBackground = 0x80000005;
   return row_ < fixed_rows_ ? kButtonFace : kWindowBackground;
 }
 

@@ -1,6 +1,7 @@
 #include "engine/object_grid.h"
 
 #include <array>
+#include <cmath>
 
 #include "common/error.h"
 
@@ -30,7 +31,12 @@ bool ObjectGrid::SetRow(std::int32_t row) {
 
 std::uint32_t ObjectGrid::CellBackColor() {
   // Automation hands the colour out as a signed number: &H8000000F is negative there.
-  return static_cast<std::uint32_t>(static_cast<std::int64_t>(cell_back_color_.Get().ToDouble()));
+  constexpr double kSignedRange = 4294967296.0;
+  const double colour = cell_back_color_.Get().ToDouble();
+  if (!(std::fabs(colour) < kSignedRange)) {
+    throw Error(error_number::kOverflow, "Overflow: CellBackColor is no colour");
+  }
+  return static_cast<std::uint32_t>(static_cast<std::int64_t>(colour));
 }
 
 CellFont ObjectGrid::Font() {

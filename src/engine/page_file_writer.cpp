@@ -15,11 +15,6 @@ void PageFileWriter::WriteLine(std::string_view line) {
   Append(kLineEnd);
 }
 
-void PageFileWriter::WriteMarkedLine(char mark, std::string_view line) {
-  Append(std::string_view(&mark, 1));
-  WriteLine(line);
-}
-
 void PageFileWriter::WriteEmptyLines(std::int32_t count) {
   for (std::int32_t i = 0; i < count; ++i) Append(kLineEnd);
 }

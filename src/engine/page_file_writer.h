@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/file.h"
@@ -25,15 +26,13 @@ class PageFileWriter {
 
   /// A line and its line end. Throws Error when the file cannot take it.
   void WriteLine(std::string_view line);
-  /// The same with a mark before the line.
-  void WriteMarkedLine(char mark, std::string_view line);
   void WriteEmptyLines(std::int32_t count);
 
   /// Hands what is left in the block to the file.
   void Finish();
 
-  /// Byte offsets of the pages begun so far.
-  const std::vector<std::uint64_t>& PageOffsets() const { return page_offsets_; }
+  /// Byte offsets of the pages begun so far. Call it last.
+  std::vector<std::uint64_t> TakePageOffsets() { return std::move(page_offsets_); }
 
  private:
   void Append(std::string_view bytes);

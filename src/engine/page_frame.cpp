@@ -65,11 +65,12 @@ std::int32_t PageFrame::SurplusTitles() const {
 void PageFrame::Open() {
   writer_.BeginPage();
   for (const std::string& title : titles_) {
-    line_ = margin_;
+    line_ = kTitleMark;
+    line_ += margin_;
     line_ += CleanText(title);
-    writer_.WriteMarkedLine(kTitleMark, line_);
+    writer_.WriteLine(line_);
   }
-  PageStep();
+  WriteTop();
 }
 
 void PageFrame::WriteBody(std::string_view line) {
@@ -101,13 +102,9 @@ void PageFrame::Close() {
   WriteFoot(kEndWord);
 }
 
-// Called after every line written into a page body, and once to begin the first page.
+// Called after every line written into a page body.
 void PageFrame::PageStep() {
   ++counter_;
-  if (counter_ == 1) {
-    WriteTop();
-    return;
-  }
   if (counter_ != settings_.lines - 1) return;
   WriteFoot(kContinuedWord);
   if (current_page_ >= settings_.end_page) {
@@ -115,21 +112,20 @@ void PageFrame::PageStep() {
     return;
   }
   ++current_page_;
-  counter_ = 1;
   writer_.BeginPage();
   WriteTop();
 }
 
 void PageFrame::WriteTop() {
+  counter_ = 2;
   if (current_page_ == first_page_) {
     writer_.WriteEmptyLines(settings_.top_margin - static_cast<std::int32_t>(titles_.size()));
     WritePageLine();
-    counter_ += 1 + SurplusTitles();
+    counter_ += SurplusTitles();
     return;
   }
   writer_.WriteEmptyLines(settings_.top_margin);
   WritePageLine();
-  ++counter_;
   WriteRuleLine();
   for (const std::string& heading : headings_) writer_.WriteLine(heading);
   WriteRuleLine();

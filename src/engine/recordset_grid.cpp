@@ -5,12 +5,6 @@
 
 namespace kel {
 
-namespace {
-
-constexpr std::uint32_t kWindowBackground = 0x80000005;
-
-}  // namespace
-
 RecordsetGrid::RecordsetGrid(Recordset& records, std::string caption)
     : records_(records), caption_(std::move(caption)) {
   for (int i = 0; i < records.FieldCount(); ++i) {

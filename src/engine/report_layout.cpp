@@ -1,9 +1,6 @@
 #include "engine/report_layout.h"
 
-#include <algorithm>
-
 #include "common/error.h"
-#include "engine/page_format.h"
 #include "engine/row_lines.h"
 
 namespace kel {

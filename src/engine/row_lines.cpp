@@ -13,6 +13,15 @@ namespace {
 // What stands in a cell for a grapheme that is wider than the whole column.
 constexpr std::string_view kTooWide = "?";
 
+// A blank that carries a combining mark is no place to break: mark and blank are one character.
+std::size_t LastBlank(std::string_view text) {
+  std::size_t blank = text.rfind(' ');
+  while (blank != std::string_view::npos && FirstGrapheme(text.substr(blank)).bytes > 1) {
+    blank = blank == 0 ? std::string_view::npos : text.rfind(' ', blank - 1);
+  }
+  return blank;
+}
+
 }  // namespace
 
 RowLines::RowLines(GridSource& grid, std::span<const Cells> widths, std::int32_t col1,
@@ -96,7 +105,7 @@ void RowLines::TakePiece(Column& column) {
   }
   // The break keeps its blank: the next piece starts right after it, so no text is lost.
   continues_ = true;
-  const std::size_t blank = column.shown.rfind(' ');
+  const std::size_t blank = LastBlank(column.shown);
   if (blank != std::string_view::npos) {
     column.shown = column.shown.substr(0, blank + 1);
     column.cells = column.plain ? static_cast<Cells>(blank + 1) : CellWidth(column.shown);

@@ -24,13 +24,15 @@ void CopyWithoutCodes(const std::filesystem::path& page_file,
   PageFileReader reader(page_file);
   std::string block;
   block.reserve(kBlockSize + kBlockSize / 4);
+  std::string coded;
   std::string_view line;
   while (reader.NextLine(line)) {
     if (HasCodes(line)) {
-      block += StripCodes(line, TitleMark::kRemove);
-    } else {
-      block += line;
+      coded = line;
+      StripCodesInPlace(coded, TitleMark::kRemove);
+      line = coded;
     }
+    block += line;
     block += kLineEnd;
     if (block.size() < kBlockSize) continue;
     sink(block);

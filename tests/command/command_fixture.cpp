@@ -146,9 +146,10 @@ RunResult CommandTest::Keldll(const Words& words, const Streams& streams) const 
   return Start(words, streams).Wait();
 }
 
-RunResult CommandTest::Report(Words words) const {
-  words.insert(words.begin(), {"report", "--stamp", "01/04/2026 10:00:00"});
-  return Keldll(words);
+RunResult CommandTest::Report(const Words& words) const {
+  Words all = {"report", "--stamp", "01/04/2026 10:00:00"};
+  all.insert(all.end(), words.begin(), words.end());
+  return Keldll(all);
 }
 
 void CommandTest::ExpectFailure(const Words& words, const std::vector<std::string>& parts) const {

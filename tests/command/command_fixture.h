@@ -86,7 +86,7 @@ class CommandTest : public testing::Test {
   RunResult Keldll(const Words& words, const Streams& streams = {}) const;
   Child Start(const Words& words, const Streams& streams = {}) const;
   /// `report` with a fixed stamp.
-  RunResult Report(Words words) const;
+  RunResult Report(const Words& words) const;
 
   /// Runs `words` and expects one line on standard error with all of `parts`.
   void ExpectFailure(const Words& words, const std::vector<std::string>& parts) const;

@@ -186,9 +186,10 @@ TEST_F(ReportFailureTest, WrongUsageIsToldBeforeAnyWork) {
       {{"a.csv", "--set", "PageHeight=tall"}, "--set PageHeight: \"tall\" is not a number"},
       {{"a.csv", "--print", "--pages", "x"}, "--pages \"x\""},
   };
-  for (auto [words, message] : cases) {
-    words.insert(words.begin(), "report");
-    ExpectWrongUsage(words, message);
+  for (const auto& [words, message] : cases) {
+    Words all = {"report"};
+    all.insert(all.end(), words.begin(), words.end());
+    ExpectWrongUsage(all, message);
   }
 }
 

@@ -10,42 +10,29 @@
 namespace kel {
 namespace {
 
-// A time stamp with 0 for every digit.
-std::string ShapeOf(std::string stamp) {
-  for (char& c : stamp) {
-    if (c >= '0' && c <= '9') c = '0';
-  }
-  return stamp;
-}
-
-class SystemClockTest : public testing::Test {
- protected:
-  void TearDown() override { ::unsetenv("LC_ALL"); }
-};
-
-TEST_F(SystemClockTest, StampIsTheDateAndTimeOfTheLocale) {
-  ::setenv("LC_ALL", "C", 1);
-  EXPECT_EQ(ShapeOf(SystemClock().Stamp()), "00/00/00 00:00:00");
-}
-
-TEST_F(SystemClockTest, AnUnknownLocaleStillGivesAStamp) {
-  ::setenv("LC_ALL", "xx_XX.NONSENSE", 1);
-  EXPECT_EQ(ShapeOf(SystemClock().Stamp()), "00/00/00 00:00:00");
-}
-
-TEST_F(SystemClockTest, TheProgramsOwnLocaleStaysAsItIs) {
+TEST(SystemClock, StampIsADateAndTimeInAnyLocaleAndTheProgramsOwnStays) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
-  ::setenv("LC_ALL", "C.UTF-8", 1);
-  SystemClock().Stamp();
-  EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+  for (const char* locale : {"C", "C.UTF-8", "xx_XX.NONSENSE"}) {
+    ::setenv("LC_ALL", locale, 1);
+    std::string shape = SystemClock().Stamp();
+    for (char& c : shape) {
+      if (c >= '0' && c <= '9') c = '0';
+    }
+    EXPECT_EQ(shape, "00/00/00 00:00:00") << locale;
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before) << locale;
+  }
+  ::unsetenv("LC_ALL");
 }
 
-TEST_F(SystemClockTest, NowIsTheComputersLocalTime) {
+TEST(SystemClock, NowIsTheComputersLocalTime) {
+  ::setenv("TZ", "IST-5:30", 1);
+  ::tzset();
   const std::time_t before = std::time(nullptr);
   std::tm now = SystemClock().Now();
   const std::time_t told = std::mktime(&now);
   EXPECT_GE(told, before);
   EXPECT_LE(told, std::time(nullptr));
+  ::unsetenv("TZ");
 }
 
 }  // namespace

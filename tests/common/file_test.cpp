@@ -5,264 +5,190 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
+#include <fstream>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "common/child_process.h"
-#include "common/error.h"
-#include "common/scratch_folder.h"
+#include "support/child_process.h"
+#include "support/errors.h"
+#include "support/test_folder.h"
 
 namespace kel {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ErrorOf;
+using testing::ReadFile;
+using testing::WriteFile;
 
-class FileTest : public testing::Test {
+// Runs in a folder of its own, whose files it knows by their names alone.
+class FileTest : public ::testing::Test {
  protected:
+  FileTest() { fs::current_path(folder_.Path()); }
+  ~FileTest() override { fs::current_path(before_); }
+
   static void Replace(const fs::path& path, const std::string& text, Links links = Links::kFollow) {
     OutputFile file(path, links);
     file.Write(text);
     file.Commit();
   }
-  static int ErrorOf(const std::function<void()>& action) { return ErrorNumberOf<Error>(action); }
-  static fs::perms Permissions(const fs::path& path) { return fs::status(path).permissions(); }
-
-  std::string AllOf(const fs::path& path) {
-    InputFile file(path);
-    std::string text;
-    std::vector<char> block(1000);
-    while (const std::size_t count = file.Read(block)) text.append(block.data(), count);
-    return text;
+  static int ReadError(const fs::path& path, Links links = Links::kFollow) {
+    return ErrorOf([&] { const InputFile file(path, links); }).Number();
+  }
+  /// Whether there is nothing else in the folder, hidden files included.
+  bool HoldsOnly(const std::string& name) const {
+    fs::directory_iterator entry(folder_.Path());
+    return entry->path().filename() == name && ++entry == fs::directory_iterator();
   }
 
-  ScratchFolder folder_;
+  testing::TestFolder folder_;
+  fs::path before_ = fs::current_path();
 };
 
 TEST_F(FileTest, ReadsInOrderAndAtAnyPlace) {
-  std::string text;
-  for (int i = 0; i < 5000; ++i) text += std::to_string(i) + "\n";
-  PutFile(folder_ / "in", text);
-  EXPECT_EQ(AllOf(folder_ / "in"), text);
-
-  const InputFile file(folder_ / "in");
-  EXPECT_EQ(file.Size(), text.size());
-  std::vector<char> block(100);
-  EXPECT_EQ(file.ReadAt(5000, block), 100u);
-  EXPECT_EQ(std::string(block.data(), 100), text.substr(5000, 100));
-  EXPECT_EQ(file.ReadAt(text.size() - 3, block), 3u);
-  EXPECT_EQ(file.ReadAt(text.size() + 3, block), 0u);
+  WriteFile("in", "0123456789");
+  InputFile file("in");
+  std::vector<char> block(6);
+  EXPECT_EQ(file.Read(block), 6u);
+  EXPECT_EQ(file.ReadAt(7, block), 3u);
+  EXPECT_EQ(std::string(block.data(), 3), "789");
+  EXPECT_EQ(file.Read(block), 4u);
 }
 
 TEST_F(FileTest, WhatCannotBeReadIsRefusedWithItsReason) {
-  PutFile(folder_ / "file", "x");
-  EXPECT_EQ(ErrorOf([&] { InputFile(folder_ / "absent"); }), 53);
-  EXPECT_EQ(ErrorOf([&] { InputFile(folder_.Path()); }), 70);
-  EXPECT_EQ(ErrorOf([&] { InputFile(folder_ / "file/below"); }), 76);
-  try {
-    InputFile(folder_ / "absent");
-  } catch (const Error& error) {
-    EXPECT_EQ(error.Description(),
-              "cannot open " + (folder_ / "absent").string() + ": No such file or directory");
-  }
+  WriteFile("file", "x");
+  fs::create_symlink("file", "link");
+  EXPECT_EQ(InputFile("link").Size(), 1u);
+  EXPECT_EQ(ReadError("link", Links::kRefuse), 70);
+  EXPECT_EQ(ReadError("."), 70);
+  EXPECT_EQ(ReadError("file/below"), 76);
+  EXPECT_EQ(ReadError("absent"), 53);
+  EXPECT_EQ(ErrorOf([] { const InputFile file("absent"); }).Description(),
+            "cannot open absent: No such file or directory");
 }
 
-TEST_F(FileTest, ALinkIsReadOnlyWhenLinksAreFollowed) {
-  PutFile(folder_ / "file", "text");
-  fs::create_symlink("file", folder_ / "link");
-  EXPECT_EQ(AllOf(folder_ / "link"), "text");
-  EXPECT_EQ(ErrorOf([&] { InputFile(folder_ / "link", Links::kRefuse); }), 70);
-}
-
-TEST_F(FileTest, NothingStandsAtThePathBeforeCommit) {
-  OutputFile file(folder_ / "new", Links::kRefuse);
+TEST_F(FileTest, TheOldFileStandsUntilCommitAndStaysWhenThereIsNone) {
+  WriteFile("report", "old");
+  { OutputFile("report").Write("abandoned"); }
+  OutputFile file("report");
   file.Write("half");
-  EXPECT_FALSE(fs::exists(folder_ / "new"));
+  EXPECT_EQ(ReadFile("report"), "old");
   file.Write(" and half");
   file.Commit();
-  EXPECT_EQ(FileText(folder_ / "new"), "half and half");
-  EXPECT_EQ(folder_.Names(), std::vector<std::string>{"new"});
-}
-
-TEST_F(FileTest, AnAbandonedFileLeavesWhatWasThere) {
-  PutFile(folder_ / "report", "old");
-  {
-    OutputFile file(folder_ / "report");
-    file.Write("new");
-  }
-  EXPECT_EQ(FileText(folder_ / "report"), "old");
-  EXPECT_EQ(folder_.Names(), std::vector<std::string>{"report"});
-}
-
-TEST_F(FileTest, AReaderGoesOnWithTheFileItOpened) {
-  PutFile(folder_ / "report", "old");
-  InputFile open_before(folder_ / "report");
-  Replace(folder_ / "report", "new");
-  std::vector<char> block(10);
-  EXPECT_EQ(open_before.Read(block), 3u);
-  EXPECT_EQ(std::string(block.data(), 3), "old");
-  EXPECT_EQ(FileText(folder_ / "report"), "new");
+  EXPECT_EQ(ReadFile("report"), "half and half");
+  EXPECT_TRUE(HoldsOnly("report"));
 }
 
 TEST_F(FileTest, AKilledProcessLeavesTheOldFileAndNoLitter) {
-  PutFile(folder_ / "report", "old");
-  const pid_t child = StartChild([&] {
-    OutputFile file(folder_ / "report");
+  WriteFile("report", "old");
+  EXPECT_TRUE(testing::Succeeded(testing::StartChild([&] {
+    OutputFile file("report");
     file.Write(std::string(1'000'000, 'n'));
     ::_exit(0);
     return false;
-  });
-  EXPECT_TRUE(Succeeded(child));
-  EXPECT_EQ(FileText(folder_ / "report"), "old");
-  EXPECT_EQ(folder_.Names(), std::vector<std::string>{"report"});
+  })));
+  EXPECT_EQ(ReadFile("report"), "old");
+  EXPECT_TRUE(HoldsOnly("report"));
 }
 
 TEST_F(FileTest, AReplacedFileKeepsItsPermissionsAndAWorkFileIsPrivate) {
   const mode_t before = ::umask(022);
-  PutFile(folder_ / "old", "old");
-  fs::permissions(folder_ / "old", fs::perms(0660));
-  Replace(folder_ / "old", "new");
-  Replace(folder_ / "new", "new");
-  Replace(folder_ / "work", "new", Links::kRefuse);
+  WriteFile("old", "old");
+  fs::permissions("old", fs::perms(0660));
+  Replace("old", "new");
+  Replace("new", "new");
+  Replace("work", "new", Links::kRefuse);
   ::umask(before);
-  EXPECT_EQ(Permissions(folder_ / "old"), fs::perms(0660));
-  EXPECT_EQ(Permissions(folder_ / "new"), fs::perms(0644));
-  EXPECT_EQ(Permissions(folder_ / "work"), fs::perms(0600));
+  EXPECT_EQ(fs::status("old").permissions(), fs::perms(0660));
+  EXPECT_EQ(fs::status("new").permissions(), fs::perms(0644));
+  EXPECT_EQ(fs::status("work").permissions(), fs::perms(0600));
 }
 
-TEST_F(FileTest, ThroughLinksTheFileTheyLeadToIsReplaced) {
-  fs::create_directory(folder_ / "far");
-  PutFile(folder_ / "far/file", "old");
-  fs::create_symlink("file", folder_ / "far/second");
-  fs::create_symlink("far/second", folder_ / "first");
-  Replace(folder_ / "first", "new");
-  EXPECT_TRUE(fs::is_symlink(folder_ / "first"));
-  EXPECT_TRUE(fs::is_symlink(folder_ / "far/second"));
-  EXPECT_EQ(FileText(folder_ / "far/file"), "new");
-}
-
-TEST_F(FileTest, ALinkThatLeadsNowhereYetGetsItsFile) {
-  fs::create_symlink("target", folder_ / "link");
-  Replace(folder_ / "link", "new");
-  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
-  EXPECT_EQ(FileText(folder_ / "target"), "new");
-}
-
-TEST_F(FileTest, APlantedLinkIsReplacedAndItsTargetStays) {
-  PutFile(folder_ / "precious", "mine");
-  fs::create_symlink(folder_ / "precious", folder_ / "work");
-  Replace(folder_ / "work", "new", Links::kRefuse);
-  EXPECT_FALSE(fs::is_symlink(folder_ / "work"));
-  EXPECT_EQ(FileText(folder_ / "work"), "new");
-  EXPECT_EQ(FileText(folder_ / "precious"), "mine");
+TEST_F(FileTest, AFollowedLinksFileIsMadeOrReplacedAndARefusedLinkGivesWay) {
+  fs::create_directory("far");
+  fs::create_symlink("file", "far/second");
+  fs::create_symlink("far/second", "first");
+  for (const char* text : {"made", "replaced"}) {
+    Replace("first", text);
+    EXPECT_TRUE(fs::is_symlink("first") && fs::is_symlink("far/second"));
+    EXPECT_EQ(ReadFile("far/file"), text);
+  }
+  Replace("first", "new", Links::kRefuse);
+  EXPECT_FALSE(fs::is_symlink("first"));
+  EXPECT_EQ(ReadFile("first"), "new");
+  EXPECT_EQ(ReadFile("far/file"), "replaced");
 }
 
 TEST_F(FileTest, AFullDeviceIsReportedAndStaysADevice) {
-  fs::create_symlink("/dev/full", folder_ / "link");
-  for (const fs::path& path : {fs::path("/dev/full"), folder_ / "link"}) {
+  WriteFile("in", "text");
+  fs::create_symlink("/dev/full", "link");
+  for (const char* path : {"/dev/full", "link"}) {
     OutputFile file(path);
-    EXPECT_EQ(ErrorOf([&] { file.Write("text"); }), 61);
+    EXPECT_EQ(ErrorOf([&] { file.Write("text"); }).Number(), 61);
+    InputFile source("in");
+    EXPECT_EQ(ErrorOf([&] { file.WriteAll(source); }).Number(), 61);
   }
+  EXPECT_TRUE(fs::is_symlink("link"));
   EXPECT_TRUE(fs::is_character_file("/dev/full"));
 }
 
-TEST_F(FileTest, ALinkToADeviceIsWrittenDirectly) {
-  fs::create_symlink("/dev/null", folder_ / "link");
-  Replace(folder_ / "link", "text");
-  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
-  EXPECT_TRUE(fs::is_character_file("/dev/null"));
-}
-
-TEST_F(FileTest, APipeTakesTheBytesAsTheyAreWritten) {
-  const fs::path pipe = folder_ / "pipe";
+TEST_F(FileTest, APipeTakesTheBytesAsTheyAreWrittenAndItsLostReaderIsAnError) {
+  const fs::path pipe = "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  PutFile(folder_ / "in", std::string(300'000, 'x'));
-  std::string received;
-  std::thread reader([&] { received = FileText(pipe); });
-  {
-    OutputFile file(pipe);
-    file.Write("first ");
-    InputFile source(folder_ / "in");
-    file.WriteAll(source);
-    file.Commit();
-  }
+  const std::string much(300'000, 'x');
+  WriteFile("in", much);
+  std::string received(much.size() + 6, ' ');
+  std::thread reader([&] { std::ifstream(pipe).read(received.data(), 300'006); });
+  OutputFile file(pipe);
+  file.Write("first ");
+  InputFile source("in");
+  file.WriteAll(source);
   reader.join();
-  EXPECT_EQ(received, "first " + std::string(300'000, 'x'));
+  EXPECT_EQ(received, "first " + much);
+  EXPECT_EQ(ErrorOf([&] { file.Write("text"); }).Number(), 57);
+  file.Commit();
   EXPECT_TRUE(fs::is_fifo(pipe));
 }
 
-TEST_F(FileTest, APipeWhoseReaderHasGoneIsAnErrorAndNotTheEndOfTheProgram) {
-  const fs::path pipe = folder_ / "pipe";
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  std::thread reader([&] { InputFile gone(pipe); });
-  OutputFile file(pipe);
-  reader.join();
-  EXPECT_EQ(ErrorOf([&] { file.Write("text"); }), 57);
-}
-
 TEST_F(FileTest, WhatCannotBeWrittenIsRefusedAtOnce) {
-  PutFile(folder_ / "file", "x");
-  fs::create_symlink("loop", folder_ / "loop");
-  fs::create_symlink(folder_.Path(), folder_ / "to_folder");
-  EXPECT_EQ(ErrorOf([&] { OutputFile(folder_.Path()); }), 70);
-  EXPECT_EQ(ErrorOf([&] { OutputFile(folder_ / "to_folder"); }), 70);
-  EXPECT_EQ(ErrorOf([&] { OutputFile(folder_ / "loop"); }), 70);
-  EXPECT_EQ(ErrorOf([&] { OutputFile(folder_ / "absent/new"); }), 76);
-  EXPECT_EQ(ErrorOf([&] { OutputFile(folder_ / "file/new"); }), 76);
-  EXPECT_EQ(ErrorOf([&] { OutputFile(""); }), 70);
+  WriteFile("file", "x");
+  fs::create_symlink("loop", "loop");
+  fs::create_symlink(".", "to_folder");
+  for (const auto& [path, number] : std::map<fs::path, int>{{".", 70},
+                                                            {"to_folder", 70},
+                                                            {"loop", 70},
+                                                            {"", 70},
+                                                            {"absent/new", 76},
+                                                            {"file/new", 76}}) {
+    EXPECT_EQ(ErrorOf([&, &at = path] { const OutputFile file(at); }).Number(), number) << path;
+  }
 }
 
 TEST_F(FileTest, AFolderThatAppearsAtThePathIsReportedAtCommitAndLeavesNoLitter) {
   {
-    OutputFile file(folder_ / "report");
+    OutputFile file("report");
     file.Write("text");
-    fs::create_directory(folder_ / "report");
-    EXPECT_EQ(ErrorOf([&] { file.Commit(); }), 70);
+    fs::create_directory("report");
+    EXPECT_EQ(ErrorOf([&] { file.Commit(); }).Number(), 70);
   }
-  EXPECT_EQ(folder_.Names(), std::vector<std::string>{"report"});
+  EXPECT_TRUE(HoldsOnly("report"));
 }
 
-TEST_F(FileTest, ARelativePathStandsInTheCurrentFolder) {
-  const fs::path before = fs::current_path();
-  fs::current_path(folder_.Path());
-  Replace("plain", "text");
-  fs::current_path(before);
-  EXPECT_EQ(FileText(folder_ / "plain"), "text");
-}
-
-TEST_F(FileTest, TheRestOfAnotherFileIsAppended) {
-  std::string text;
-  for (int i = 0; i < 200'000; ++i) text += std::to_string(i) + ",";
-  PutFile(folder_ / "in", text);
-  InputFile source(folder_ / "in");
+TEST_F(FileTest, TheRestOfAnotherFileIsAppendedAlsoOfOneOfUnknownSize) {
+  const std::string much(1'000'000, 'x');
+  WriteFile("in", "0123456789" + much);
+  InputFile source("in");
+  InputFile unknown_size("/proc/version");
   std::vector<char> head(10);
   ASSERT_EQ(source.Read(head), 10u);
-  OutputFile file(folder_ / "out");
-  file.Write("head:");
+  OutputFile file("out");
   file.WriteAll(source);
+  file.WriteAll(unknown_size);
   file.Write(":tail");
   file.Commit();
-  EXPECT_EQ(FileText(folder_ / "out"), "head:" + text.substr(10) + ":tail");
-}
-
-TEST_F(FileTest, AFileOfUnknownSizeAndAnEmptyFileAreAppendedWhole) {
-  PutFile(folder_ / "empty", "");
-  OutputFile file(folder_ / "out");
-  InputFile unknown_size("/proc/version");
-  file.WriteAll(unknown_size);
-  InputFile empty(folder_ / "empty");
-  file.WriteAll(empty);
-  file.Commit();
-  EXPECT_EQ(FileText(folder_ / "out"), FileText("/proc/version"));
-  EXPECT_NE(FileText(folder_ / "out"), "");
-}
-
-TEST_F(FileTest, AFullDeviceIsReportedWhenAFileIsAppended) {
-  PutFile(folder_ / "in", "text");
-  InputFile source(folder_ / "in");
-  OutputFile file("/dev/full");
-  EXPECT_EQ(ErrorOf([&] { file.WriteAll(source); }), 61);
+  EXPECT_EQ(ReadFile("out"), much + ReadFile("/proc/version") + ":tail");
 }
 
 }  // namespace

@@ -22,12 +22,12 @@ std::vector<std::uint64_t> WritePages(const std::filesystem::path& path, int pag
   for (int page = 1; page <= pages; ++page) {
     writer.BeginPage();
     writer.WriteLine("page " + std::to_string(page));
-    writer.WriteMarkedLine('\x01', std::string(static_cast<std::size_t>(page % 500), 'x'));
+    writer.WriteLine("\x01" + std::string(static_cast<std::size_t>(page % 500), 'x'));
     writer.WriteLine("\x0c");
   }
   writer.Finish();
   file.Commit();
-  return writer.PageOffsets();
+  return writer.TakePageOffsets();
 }
 
 TEST(PageFileTest, EveryPageIsFoundWithAllSomeAndNoOffsets) {

@@ -378,6 +378,23 @@ TEST_F(ReportLayoutTest, TextOfAnyScriptKeepsDividersInTheirCells) {
   EXPECT_NE(all.find("nul in"), std::string::npos);
 }
 
+TEST_F(ReportLayoutTest, ABlankThatCarriesAMarkIsNoPlaceToBreak) {
+  MemoryGrid grid("");
+  grid.AddRow({"h"});
+  grid.AddRow(
+      {"ab \xCC\x81"
+       "cdefgh"});
+  grid.AddRow(
+      {"a b \xCC\x81"
+       "cdefgh"});
+  const Strings lines = LayOut(grid, {6});
+  EXPECT_EQ(Strings(lines.begin() + 5, lines.begin() + 9), (Strings{"ab \xCC\x81"
+                                                                    "cde",
+                                                                    "fgh", "a",
+                                                                    "b \xCC\x81"
+                                                                    "cdef"}));
+}
+
 TEST_F(ReportLayoutTest, AGraphemeWiderThanItsColumnShowsAsAQuestionMark) {
   MemoryGrid grid("");
   grid.AddRow({"h", "i"});

@@ -12,8 +12,6 @@
 namespace kel {
 namespace {
 
-constexpr std::uint32_t kWindowBackground = 0x80000005;
-
 [[noreturn]] void ThrowOutOfRange() {
   throw Error(error_number::kSubscriptOutOfRange, "Subscript out of range");
 }
