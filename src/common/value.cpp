@@ -11,14 +11,13 @@
 #include <optional>
 
 #include "common/error.h"
+#include "common/number_text.h"
 #include "common/numeric_value.h"
 
 namespace kel {
 namespace {
 
 // Numbers between these are written without an exponent.
-constexpr double kLeastFixed = 1e-7;
-constexpr double kFirstExponential = 1e21;
 
 // Room for any double in fixed notation within the limits above, sign and point included.
 constexpr std::size_t kNumberCapacity = 64;
@@ -177,18 +176,6 @@ Object& Value::ToObject() const {
 const Value::Array& Value::ToArray() const {
   if (!IsArray()) ThrowTypeMismatch();
   return std::get<Array>(held_);
-}
-
-std::string NumberText(double number) {
-  if (number == 0) return "0";  // also for -0
-  const double size = std::abs(number);
-  const auto format = size >= kLeastFixed && size < kFirstExponential
-                          ? std::chars_format::fixed
-                          : std::chars_format::scientific;
-  std::array<char, kNumberCapacity> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), number, format).ptr;
-  if (std::isfinite(number)) std::replace(text.data(), end, 'e', 'E');
-  return {text.data(), end};
 }
 
 }  // namespace kel

@@ -117,7 +117,4 @@ class Value {
   Held held_;
 };
 
-/// The shortest decimal text that reads back as the same number: 0.1, 1250, 1E+22.
-std::string NumberText(double number);
-
 }  // namespace kel

@@ -1,7 +1,5 @@
 #include "data/Recordset.h"
 
-#include <array>
-#include <charconv>
 #include <utility>
 
 #include "common/error.h"
@@ -15,12 +13,6 @@ namespace {
 void RequireResult(const Statement& statement, std::string_view what) {
   if (statement.ColumnCount() > 0) return;
   throw Error(error_number::kDatabase, std::string(what) + " gives no records");
-}
-
-void AssignNumber(std::string& text, std::int64_t number) {
-  std::array<char, 24> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  text.assign(digits.data(), end.ptr);
 }
 
 }  // namespace
@@ -60,6 +52,10 @@ void Recordset::MoveNext() {
   on_row_ = statement_->Step();
 }
 
+bool Recordset::MayChangeThread() const noexcept {
+  return statement_ != nullptr && statement_->MayChangeThread();
+}
+
 int Recordset::FieldCount() const {
   if (statement_ == nullptr) throw ObjectIsClosed();
   return statement_->ColumnCount();
@@ -77,7 +73,7 @@ Value Recordset::FieldValue(int index) const {
 
 std::string_view Recordset::FieldText(int index) const {
   const CellView cell = CurrentCell(index);
-  std::string& number_text = number_texts_[static_cast<std::size_t>(index)];
+  NumberBuffer& number_text = number_texts_[static_cast<std::size_t>(index)];
   switch (cell.kind) {
     case CellView::Kind::kNull:
       return "";
@@ -85,11 +81,9 @@ std::string_view Recordset::FieldText(int index) const {
       if (statement_->Column(index).type == FieldType::kBoolean) {
         return cell.integer != 0 ? "True" : "False";
       }
-      AssignNumber(number_text, cell.integer);
-      return number_text;
+      return NumberText(cell.integer, number_text);
     case CellView::Kind::kDouble:
-      number_text = NumberText(cell.number);
-      return number_text;
+      return NumberText(cell.number, number_text);
     case CellView::Kind::kText:
     case CellView::Kind::kBinary:
       return cell.bytes;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/number_text.h"
 #include "common/value.h"
 #include "data/Connection.h"
 #include "data/driver.h"
@@ -39,6 +40,9 @@ class Recordset {
   /// -1: a forward-only recordset does not know.
   std::int64_t RecordCount() const noexcept { return -1; }
 
+  /// Whether another thread may use the open recordset, one thread at a time.
+  bool MayChangeThread() const noexcept;
+
   int FieldCount() const;
   /// Throws Error 3265 for an index that there is not.
   const ColumnInfo& Field(int index) const;
@@ -55,7 +59,7 @@ class Recordset {
   std::unique_ptr<Statement> statement_;
   bool on_row_ = false;
   bool had_rows_ = false;
-  mutable std::vector<std::string> number_texts_;  // one for each field
+  mutable std::vector<NumberBuffer> number_texts_;  // one for each field
 };
 
 }  // namespace kel

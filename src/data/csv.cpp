@@ -25,6 +25,7 @@ class CsvStatement : public Statement {
   }
   bool Step() override;
   CellView Cell(int column) const override;
+  bool MayChangeThread() const override { return true; }
 
  private:
   using Record = std::vector<std::string>;

@@ -56,6 +56,9 @@ class Statement {
   virtual bool Step() = 0;
   /// REQUIRES that the last Step was true.
   virtual CellView Cell(int column) const = 0;
+
+  /// Whether a thread other than the one that prepared it may step it, one thread at a time.
+  virtual bool MayChangeThread() const { return false; }
 };
 
 /// One open database.

@@ -37,10 +37,11 @@ class SqliteStatement final : public Statement {
   }
   bool Step() override;
   CellView Cell(int column) const override;
+  bool MayChangeThread() const override { return true; }
 
  private:
   void TypeColumnsByFirstRow(const std::vector<int>& untyped);
-  std::string_view Bytes(int column, const void* bytes) const;
+  std::string_view Bytes(sqlite3_value* value, const void* bytes) const;
 
   SqliteDatabase database_;
   SqliteHandle handle_;

@@ -36,6 +36,11 @@ class GridSource {
  public:
   virtual ~GridSource() = default;
 
+  /// The rows are about to be walked over, and have been, whether or not that went well. In
+  /// between a source may read ahead on a thread of its own.
+  virtual void BeginWalk() {}
+  virtual void EndWalk() noexcept {}
+
   /// Parent.Caption, the text of the page line.
   virtual std::string Caption() = 0;
   virtual void SetVisible(bool visible) = 0;

@@ -10,24 +10,28 @@
 #include "common/text_cells.h"
 #include "data/Recordset.h"
 #include "engine/grid_source.h"
+#include "engine/row_reader.h"
 
 namespace kel {
 
 /// Row 0 holds the field names and is the fixed heading row; the records follow from row 1.
-/// Numeric fields are right-aligned, all others left-aligned. One record is held at a time, so a
-/// report over ten million rows takes the memory of one. The recordset must stand on its first
-/// record and outlive the grid.
+/// Numeric fields are right-aligned, all others left-aligned. A few hundred records are held at a
+/// time, so a report over ten million rows takes no more memory than one over a thousand. The
+/// recordset must stand on its first record and outlive the grid. While the grid is walked the
+/// records may be read ahead on another thread; recordset and connection belong to the grid then.
 class RecordsetGrid : public GridSource {
  public:
   RecordsetGrid(Recordset& records, std::string caption);
 
   /// Column widths that hold the headings and the first `sample_rows` records, at least 1 and at
-  /// most `widest` cells each. Those records are read ahead and handed out afterwards. Call it
-  /// before the first SetRow.
+  /// most `widest` cells each. Those records are held until they are walked over. Call it before
+  /// the first SetRow.
   std::vector<Cells> MeasureWidths(std::int32_t sample_rows, Cells widest);
 
   std::int32_t Cols() const { return static_cast<std::int32_t>(headings_.size()); }
 
+  void BeginWalk() override { reader_.StartReadingAhead(); }
+  void EndWalk() noexcept override { reader_.StopReadingAhead(); }
   std::string Caption() override { return caption_; }
   void SetVisible(bool /*visible*/) override {}
   void SetHighLight(int /*high_light*/) override {}
@@ -39,14 +43,14 @@ class RecordsetGrid : public GridSource {
   int ColAlignment(std::int32_t col) override;
 
  private:
-  void ReadAhead(std::int32_t rows);
+  bool NextBatch();
 
-  Recordset& records_;
+  RowReader reader_;
   std::string caption_;
   std::vector<std::string> headings_;
   std::vector<int> alignments_;
-  std::deque<std::vector<std::string>> ahead_;  // records read for measuring, from row 1 on
-  std::int32_t ahead_rows_ = 0;                 // how many there were
+  std::deque<RowBatch> batches_;     // the first one holds the current row, as soon as it is one
+  std::int32_t first_in_batch_ = 1;  // row number of that batch's first row
   std::int32_t row_ = 0;
 };
 

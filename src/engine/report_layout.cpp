@@ -11,6 +11,18 @@ namespace {
 constexpr std::int64_t kWidestLine = 1'000'000;
 constexpr std::int64_t kLongestPage = 1'000'000;
 
+// The walk over a grid's rows; it ends on every way out.
+class Walk {
+ public:
+  explicit Walk(GridSource& grid) : grid_(grid) { grid.BeginWalk(); }
+  ~Walk() { grid_.EndWalk(); }
+  Walk(const Walk&) = delete;
+  Walk& operator=(const Walk&) = delete;
+
+ private:
+  GridSource& grid_;
+};
+
 class ReportLayout {
  public:
   ReportLayout(GridSource& grid, std::span<const Cells> widths, const PrintSettings& settings,
@@ -154,6 +166,7 @@ PageNumber LayOutReport(GridSource& grid, std::span<const Cells> widths,
   }
   PageLength(settings);
   CheckColumns(widths, range);
+  const Walk walk(grid);
   const PageNumber last = ReportLayout(grid, widths, settings, range, texts, writer).Run(step);
   writer.Finish();
   return last;

@@ -16,6 +16,8 @@ class JobGrid : public GridSource {
   JobGrid(GridSource& beneath, std::string caption, std::vector<int> alignments)
       : beneath_(beneath), caption_(std::move(caption)), alignments_(std::move(alignments)) {}
 
+  void BeginWalk() override { beneath_.BeginWalk(); }
+  void EndWalk() noexcept override { beneath_.EndWalk(); }
   std::string Caption() override { return caption_; }
   void SetVisible(bool visible) override { beneath_.SetVisible(visible); }
   void SetHighLight(int high_light) override { beneath_.SetHighLight(high_light); }

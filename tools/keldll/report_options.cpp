@@ -152,9 +152,7 @@ void Reading::ReadRanges() {
   options_.pages = read("--pages", 1);
   if (const std::optional<std::string> text = arguments_.Value("--start-page")) {
     const std::optional<PageNumber> page = ReadInteger(*text);
-    if (!page || *page < 0) {
-      throw UsageError("--start-page: \"" + *text + "\" is not a whole number, 0 or more");
-    }
+    if (!page) throw UsageError("--start-page: \"" + *text + "\" is not a whole number");
     options_.start_page = *page;
   }
 }

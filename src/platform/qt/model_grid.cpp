@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "common/error.h"
+#include "common/number_text.h"
 #include "common/text_cells.h"
-#include "common/value.h"
 
 namespace kel {
 namespace {
