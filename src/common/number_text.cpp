@@ -9,6 +9,7 @@ namespace {
 
 constexpr double kLeastFixed = 1e-7;
 constexpr double kFirstExponential = 1e21;
+constexpr double kFirstUnknownDigits = 9007199254740992.0;  // 2^53
 
 // Up to 15 digits no two decimal texts are the same double, so a text found below this size is the
 // shortest one.
@@ -37,6 +38,23 @@ std::string_view PaiseText(double number, NumberBuffer& buffer) {
   return View(buffer, end);
 }
 
+// A fixed text of a number so large that not all of its digits are known: the digits that tell it
+// from its neighbours, then zeros.
+char* WriteLarge(double number, NumberBuffer& buffer) {
+  NumberBuffer scientific;
+  const char* const end = std::to_chars(scientific.data(), scientific.data() + scientific.size(),
+                                        number, std::chars_format::scientific)
+                              .ptr;
+  const char* const exponent_mark = std::find<const char*>(scientific.data(), end, 'e');
+  int exponent = 0;
+  std::from_chars(exponent_mark + 2, end, exponent);  // behind "e+"
+  char* text = std::copy_if(static_cast<const char*>(scientific.data()), exponent_mark,
+                            buffer.data(), [](char c) { return c != '.'; });
+  const char* const whole_end = buffer.data() + exponent + (number < 0 ? 2 : 1);
+  while (text < whole_end) *text++ = '0';
+  return text;
+}
+
 }  // namespace
 
 std::string NumberText(double number) {
@@ -48,7 +66,10 @@ std::string_view NumberText(double number, NumberBuffer& buffer) noexcept {
   const std::string_view paise = PaiseText(number, buffer);
   if (!paise.empty()) return paise;
   const double size = std::abs(number);
-  const auto format = size >= kLeastFixed && size < kFirstExponential
+  if (size >= kFirstUnknownDigits && size < kFirstExponential) {
+    return View(buffer, WriteLarge(number, buffer));
+  }
+  const auto format = size >= kLeastFixed && size < kFirstUnknownDigits
                           ? std::chars_format::fixed
                           : std::chars_format::scientific;
   char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format).ptr;

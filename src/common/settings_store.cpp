@@ -20,6 +20,8 @@ void MemorySettingsStore::Delete(std::string_view section, std::string_view key)
   entries_.erase({std::string(section), std::string(key)});
 }
 
+void MemorySettingsStore::Clear() { entries_.clear(); }
+
 SettingsStore::Entries MemorySettingsStore::ReadSection(std::string_view section) {
   Entries found;
   for (auto entry = entries_.lower_bound({std::string(section), ""});
@@ -63,6 +65,11 @@ void SettingsOverlay::Delete(std::string_view section, std::string_view key) {
   } else {
     override->second.reset();
   }
+}
+
+void SettingsOverlay::Clear() {
+  overrides_.clear();
+  beneath_.Clear();
 }
 
 SettingsStore::Entries SettingsOverlay::ReadSection(std::string_view section) {

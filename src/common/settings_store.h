@@ -27,6 +27,8 @@ class SettingsStore {
   virtual void Write(std::string_view section, std::string_view key, std::string_view text) = 0;
   /// Removes a key; nothing happens when it is absent.
   virtual void Delete(std::string_view section, std::string_view key) = 0;
+  /// Removes every entry, also when what is stored can no longer be read.
+  virtual void Clear() = 0;
   /// Key and text of every entry that stands directly in the section, ordered by key.
   virtual Entries ReadSection(std::string_view section) = 0;
   /// The names of all sections that hold entries, in order.
@@ -44,6 +46,7 @@ class MemorySettingsStore : public SettingsStore {
   std::optional<std::string> Read(std::string_view section, std::string_view key) override;
   void Write(std::string_view section, std::string_view key, std::string_view text) override;
   void Delete(std::string_view section, std::string_view key) override;
+  void Clear() override;
   Entries ReadSection(std::string_view section) override;
   std::vector<std::string> Sections() override;
 
@@ -64,6 +67,7 @@ class SettingsOverlay : public SettingsStore {
   std::optional<std::string> Read(std::string_view section, std::string_view key) override;
   void Write(std::string_view section, std::string_view key, std::string_view text) override;
   void Delete(std::string_view section, std::string_view key) override;
+  void Clear() override;
   Entries ReadSection(std::string_view section) override;
   std::vector<std::string> Sections() override;
 

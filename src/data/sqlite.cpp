@@ -73,15 +73,14 @@ std::string Utf8(const std::filesystem::path& path) {
   return {utf8.begin(), utf8.end()};
 }
 
-}  // namespace
+constexpr int kPrimaryCode = 0xff;  // of an extended result code
 
-std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& path, Access access,
-                                   std::chrono::milliseconds lock_wait) {
-  const std::string what_failed = "cannot open database " + path.string();
-  std::error_code ignored;
-  if (std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found) {
-    throw Error::FromSystem(ENOENT, what_failed);
-  }
+struct Opened {
+  SqliteDatabase database;
+  int code;
+};
+
+Opened Open(const std::filesystem::path& path, Access access, std::chrono::milliseconds lock_wait) {
   // An absolute path is never one of SQLite's own names such as ":memory:" or "file:...".
   const std::string name = Utf8(std::filesystem::absolute(path));
   // Without SQLite's own mutex: it would cost more than the reading of a cell.
@@ -94,8 +93,27 @@ std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& path, Access acc
     // Opening reads nothing; only this tells whether the file is a database.
     code = sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr);
   }
-  if (code != SQLITE_OK) throw SqliteError(what_failed, sqlite3_errmsg(handle));
-  return std::make_unique<SqliteDriver>(database);
+  return {database, code};
+}
+
+}  // namespace
+
+std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& path, Access access,
+                                   std::chrono::milliseconds lock_wait) {
+  const std::string what_failed = "cannot open database " + path.string();
+  std::error_code ignored;
+  if (std::filesystem::status(path, ignored).type() == std::filesystem::file_type::not_found) {
+    throw Error::FromSystem(ENOENT, what_failed);
+  }
+  Opened opened = Open(path, access, lock_wait);
+  if (access == Access::kRead && (opened.code & kPrimaryCode) == SQLITE_READONLY) {
+    // A writer was killed in the middle and left its journal; undoing what it had begun is writing.
+    Opened recovered = Open(path, Access::kReadWrite, lock_wait);
+    if (recovered.code == SQLITE_OK) opened = Open(path, access, lock_wait);
+  }
+  if (opened.code != SQLITE_OK)
+    throw SqliteError(what_failed, sqlite3_errmsg(opened.database.get()));
+  return std::make_unique<SqliteDriver>(opened.database);
 }
 
 }  // namespace kel

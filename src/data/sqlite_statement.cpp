@@ -13,13 +13,21 @@ struct DeclaredType {
 
 /// The first one that is part of a declaration decides, as in SQLite's own rules of affinity.
 constexpr std::array kDeclaredTypes = {
-    DeclaredType{"SMALLINT", FieldType::kSmallInt}, DeclaredType{"REAL", FieldType::kDouble},
-    DeclaredType{"FLOAT", FieldType::kDouble},      DeclaredType{"DOUBLE", FieldType::kDouble},
-    DeclaredType{"BOOL", FieldType::kBoolean},      DeclaredType{"DATE", FieldType::kDate},
-    DeclaredType{"TIMESTAMP", FieldType::kDate},    DeclaredType{"MONEY", FieldType::kCurrency},
-    DeclaredType{"CURRENCY", FieldType::kCurrency}, DeclaredType{"DECIMAL", FieldType::kNumeric},
-    DeclaredType{"NUMERIC", FieldType::kNumeric},   DeclaredType{"MEMO", FieldType::kMemo},
-    DeclaredType{"CLOB", FieldType::kMemo},         DeclaredType{"BLOB", FieldType::kBinary},
+    DeclaredType{"SMALLINT", FieldType::kSmallInt},
+    DeclaredType{"REAL", FieldType::kDouble},
+    DeclaredType{"FLOAT", FieldType::kDouble},
+    DeclaredType{"DOUBLE", FieldType::kDouble},
+    DeclaredType{"BOOL", FieldType::kBoolean},
+    DeclaredType{"DATE", FieldType::kDate},
+    DeclaredType{"TIMESTAMP", FieldType::kDate},
+    DeclaredType{"MONEY", FieldType::kCurrency},
+    DeclaredType{"CURRENCY", FieldType::kCurrency},
+    DeclaredType{"DECIMAL", FieldType::kNumeric},
+    // CREATE TABLE ... AS declares NUMERIC columns as NUM; NUMBER(10,2) is one too.
+    DeclaredType{"NUM", FieldType::kNumeric},
+    DeclaredType{"MEMO", FieldType::kMemo},
+    DeclaredType{"CLOB", FieldType::kMemo},
+    DeclaredType{"BLOB", FieldType::kBinary},
     DeclaredType{"INT", FieldType::kInteger},
 };
 

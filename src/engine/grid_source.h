@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/text_cells.h"  // kAlignLeft, kAlignRight
+
 namespace kel {
 
 /// The system's button-face colour: the back colour of a fixed heading row.

@@ -113,10 +113,9 @@ class SettingsReader {
     if (result) return *result;
     const std::string_view fallback = FindStoredSetting(section, key)->fallback;
     if (!failure_) {
-      failure_ = Error(error_number::kTypeMismatch,
-                       "Type mismatch: the stored setting " + std::string(section) + "/" +
-                           std::string(key) + " is \"" + text + "\"; " + std::string(fallback) +
-                           " is used instead");
+      failure_ = Error(error_number::kTypeMismatch, "Type mismatch: the stored setting " +
+                                                        std::string(section) + "/" +
+                                                        std::string(key) + " is \"" + text + "\"");
     }
     return *convert(fallback);
   }

@@ -12,7 +12,7 @@ namespace kel {
 ///     // One Thousand Two Hundred And Thirty Four Rupee(s) Fifty Paise
 ///
 /// The published digit groups are kept, also where they lose something (see Style::Published).
-/// A new program should call AmountInWords with Style::Extended, which is right for every amount.
+/// A new program should call AmountInWords with Style::Extended, which loses nothing.
 class CAmount {
  public:
   /// The words of `Amount`, which is rounded to two decimals in place. FormalRupee and FormalPaise

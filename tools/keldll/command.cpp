@@ -55,14 +55,9 @@ void RunGeneral(std::span<const std::string> words) {
   throw UsageError("there is no verb \"" + words[0] + "\"");
 }
 
-// The words before a `--` are options; a --help among them asks for help, wherever it stands.
-bool AsksForHelp(std::span<const std::string> words) {
-  const auto end = std::find(words.begin(), words.end(), "--");
-  return std::any_of(words.begin(), end, IsHelp);
-}
-
+// Further on the word may be an option's value.
 void RunVerb(const Verb& verb, std::span<const std::string> words) {
-  if (AsksForHelp(words)) return WriteStandardOutput(UsageOf(verb.name));
+  if (!words.empty() && IsHelp(words.front())) return WriteStandardOutput(UsageOf(verb.name));
   verb.run(words);
 }
 

@@ -80,7 +80,7 @@ void ReportJob::SetUpHost() {
 
 void ReportJob::SetUpPrint(ReportSource& source) {
   print_ = std::make_unique<CPrint>();
-  RequireSuccess("cannot load the print settings");
+  RequireSuccess("cannot begin the report");
   print_->EndPage(std::numeric_limits<PageNumber>::max());
   options_.settings.ApplyTo(*print_);
 

@@ -68,7 +68,12 @@ class Reading {
   std::string missing_;
 };
 
-std::string Ending(const std::string& path) { return std::filesystem::path(path).extension(); }
+// From the last point of the file's name on; ".txt" is all ending.
+std::string Ending(const std::string& path) {
+  const std::string name = std::filesystem::path(path).filename();
+  const std::size_t point = name.rfind('.');
+  return point == std::string::npos ? "" : name.substr(point);
+}
 
 bool EndsAs(const std::string& path, std::string_view ending) {
   return SameName(Ending(path), ending);

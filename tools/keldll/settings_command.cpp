@@ -71,12 +71,6 @@ void RequireFit(const Key& key, const std::string& text) {
                    std::string(ExpectedText(published->type)));
 }
 
-void Reset(SettingsStore& store) {
-  for (const std::string& section : store.Sections()) {
-    for (const auto& [key, text] : store.ReadSection(section)) store.Delete(section, key);
-  }
-}
-
 SettingsStore& UserStore() {
   InstallQtHost();
   return *CurrentHost().settings;
@@ -112,7 +106,7 @@ void RunSettings(std::span<const std::string> all_words) {
     UserStore().Write(key.section, key.name, words[2]);
   } else if (words[0] == "reset") {
     RequireCount(words, 1);
-    Reset(UserStore());
+    UserStore().Clear();
   } else {
     throw UsageError("unexpected \"" + words[0] + "\"");
   }

@@ -57,7 +57,7 @@ constexpr std::string_view kWordsUsage =
 One line of words per amount.
   --rupee TEXT   the word after the whole units, "Rupee(s)" unless given
   --paise TEXT   the word after the hundredths, "Paise" unless given
-  --extended     read amounts as exact decimal texts; right for every size of amount
+  --extended     read amounts as exact decimal texts; right up to 60 digits
   --             ends the options, for negative amounts: keldll words -- -5
 )text";
 

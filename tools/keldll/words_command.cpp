@@ -37,7 +37,9 @@ std::string ExactInWords(const std::string& text, const std::string& rupee,
   try {
     return AmountInWords(text, Style::Extended, rupee, paise);
   } catch (const Error& error) {
-    throw Error(error.Number(), "\"" + text + "\": " + error.Description());
+    constexpr std::size_t kQuoted = 60;  // bytes
+    const std::string quoted = text.size() > kQuoted ? text.substr(0, kQuoted) + "..." : text;
+    throw Error(error.Number(), "\"" + quoted + "\": " + error.Description());
   }
 }
 

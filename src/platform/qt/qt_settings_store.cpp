@@ -36,11 +36,16 @@ class WriteLock {
       : lock_(QFile::decodeName(QByteArray::fromStdString(path.string() + ".lock"))) {
     const auto give_up = std::chrono::steady_clock::now() + kLongestWait;
     while (!lock_.tryLock(0)) {
+      if (lock_.error() == QLockFile::UnknownError) {
+        throw Error(error_number::kDiskFull,
+                    "cannot write " + path.string() + ": the disk is full");
+      }
       const bool taken = lock_.error() == QLockFile::LockFailedError;
       if (!taken || std::chrono::steady_clock::now() > give_up) {
         throw Error(error_number::kPermissionDenied,
                     "cannot write " + path.string() +
-                        (taken ? ": another program keeps it locked" : ": its folder is locked"));
+                        (taken ? ": another program keeps it locked"
+                               : ": its folder does not let a file be made"));
       }
       std::this_thread::sleep_for(kBetweenTries);
     }
@@ -113,6 +118,13 @@ void QtSettingsStore::Delete(std::string_view section, std::string_view key) {
   ChangeUnderLock([&](SettingsMap& settings) {
     return settings.erase({std::string(section), std::string(key)}) > 0;
   });
+}
+
+void QtSettingsStore::Clear() {
+  const std::lock_guard guard(mutex_);
+  MakeFolderOf(path_);
+  const WriteLock lock(path_);
+  Store({});
 }
 
 const SettingsMap& QtSettingsStore::Current() {

@@ -35,6 +35,7 @@ class QtSettingsStore : public SettingsStore {
   std::optional<std::string> Read(std::string_view section, std::string_view key) override;
   void Write(std::string_view section, std::string_view key, std::string_view text) override;
   void Delete(std::string_view section, std::string_view key) override;
+  void Clear() override;
   Entries ReadSection(std::string_view section) override;
   std::vector<std::string> Sections() override;
 

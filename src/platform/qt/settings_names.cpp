@@ -22,14 +22,21 @@ bool IsSpecial(char c) {
          byte == kDelete;
 }
 
+QString Escaped(char c) {
+  return QLatin1Char(kEscape) + QString::fromLatin1(QByteArray(1, c).toHex().toUpper());
+}
+
 QString EscapedName(const QByteArray& name) {
   if (name.isEmpty()) return kEmptyName;
+  // QSettings has a group of this name of its own, in any case of letters.
+  if (name.compare("General", Qt::CaseInsensitive) == 0) {
+    return Escaped(name.front()) + QString::fromUtf8(name.mid(1));
+  }
   const bool ascii_only = !SurvivesUnicode(name);
   QByteArray escaped;
   for (const char c : name) {
     if (IsSpecial(c) || (ascii_only && static_cast<unsigned char>(c) > kDelete)) {
-      escaped += kEscape;
-      escaped += QByteArray(1, c).toHex().toUpper();
+      escaped += Escaped(c).toLatin1();
     } else {
       escaped += c;
     }
