@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -43,6 +44,18 @@ struct FlashRequest {
 /// The shapes of the mouse pointer that the library sets, by their published numbers.
 enum class MousePointer : int { kDefault = 0, kHourglass = 11 };
 
+/// A wait window, open from its making to its end. Calls come on the thread that opened it.
+class WaitWindow {
+ public:
+  virtual ~WaitWindow() = default;
+
+  /// Puts up what the window is to show from now on.
+  virtual void Show(const WaitRequest& request) = 0;
+  /// Advances the bar by `step`, puts `caption` up when given and lets a press of Stop through.
+  /// False when the user has stopped the work: the window is off the screen then.
+  virtual bool Step(std::int32_t step, const std::optional<std::string>& caption) = 0;
+};
+
 /// The screen as the library sees it. Calls come on the thread that called the library.
 /// An implementation throws Error when the screen refuses; it never ends the program.
 class Desktop {
@@ -52,13 +65,8 @@ class Desktop {
   /// Shows a message and waits for the answer: true for OK and Yes.
   virtual bool ShowMessage(const MessageRequest& request) = 0;
 
-  /// Opens the wait window, or changes the one that is open.
-  virtual void ShowWait(const WaitRequest& request) = 0;
-  /// Advances the bar by `step`, puts `caption` up when given and lets a press of Stop through.
-  /// False when no wait window is open (never shown, or stopped by the user).
-  virtual bool StepWait(std::int32_t step, const std::optional<std::string>& caption) = 0;
-  /// Closes the wait window; nothing happens when none is open.
-  virtual void UnloadWait() = 0;
+  /// A new wait window, not yet shown. The desktop outlives it.
+  virtual std::unique_ptr<WaitWindow> MakeWaitWindow() = 0;
 
   virtual void Flash(const FlashRequest& request) = 0;
   virtual void SetMousePointer(MousePointer pointer) = 0;

@@ -32,6 +32,14 @@ bool DefaultAnswer(int buttons) {
   return !two_buttons || (buttons & msgDefault2) == 0;
 }
 
+class HeadlessWaitWindow : public WaitWindow {
+ public:
+  void Show(const WaitRequest& /*request*/) override {}
+  bool Step(std::int32_t /*step*/, const std::optional<std::string>& /*caption*/) override {
+    return true;
+  }
+};
+
 }  // namespace
 
 bool HeadlessDesktop::ShowMessage(const MessageRequest& request) {
@@ -39,14 +47,9 @@ bool HeadlessDesktop::ShowMessage(const MessageRequest& request) {
   return DefaultAnswer(request.buttons);
 }
 
-void HeadlessDesktop::ShowWait(const WaitRequest& /*request*/) { waiting_ = true; }
-
-bool HeadlessDesktop::StepWait(std::int32_t /*step*/,
-                               const std::optional<std::string>& /*caption*/) {
-  return waiting_;
+std::unique_ptr<WaitWindow> HeadlessDesktop::MakeWaitWindow() {
+  return std::make_unique<HeadlessWaitWindow>();
 }
-
-void HeadlessDesktop::UnloadWait() { waiting_ = false; }
 
 void HeadlessDesktop::Flash(const FlashRequest& request) {
   PutLine(request.subject ? Trimmed(*request.subject) : std::string_view(), request.message);

@@ -22,15 +22,15 @@ namespace kel {
 namespace {
 
 // The wait window of one operation; it closes on every way out.
-class WaitWindow {
+class WaitScope {
  public:
-  explicit WaitWindow(const std::string& caption, std::optional<std::int32_t> min = std::nullopt,
-                      std::optional<std::int32_t> max = std::nullopt) {
+  explicit WaitScope(const std::string& caption, std::optional<std::int32_t> min = std::nullopt,
+                     std::optional<std::int32_t> max = std::nullopt) {
     SharedToolkit().ShowWait(false, caption, min, max);
   }
-  ~WaitWindow() { SharedToolkit().UnloadWait(); }
-  WaitWindow(const WaitWindow&) = delete;
-  WaitWindow& operator=(const WaitWindow&) = delete;
+  ~WaitScope() { SharedToolkit().UnloadWait(); }
+  WaitScope(const WaitScope&) = delete;
+  WaitScope& operator=(const WaitScope&) = delete;
 };
 
 std::vector<Cells> WidthsOf(const Value& col_width) {
@@ -127,7 +127,7 @@ void CPrint::PrepareReport(GridSource& Grid, const std::int32_t& Row1, const std
 void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   const std::optional<std::int32_t> end =
       range.row2 == kLastRow ? std::nullopt : std::optional(range.row2);
-  const WaitWindow wait("Preparing Pages...", range.row1, end);
+  const WaitScope wait("Preparing Pages...", range.row1, end);
   current_page = range.first_page;
 
   // The caller may change a setting while the wait window lets events through; this job keeps its
@@ -158,8 +158,8 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
 
 void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
   impl_->Run("CopyPageRange", [&] {
-    const WaitWindow wait("Printing Pages (" + std::to_string(From) + "-" + std::to_string(To) +
-                          ")");
+    const WaitScope wait("Printing Pages (" + std::to_string(From) + "-" + std::to_string(To) +
+                         ")");
     const JobValues& job = CurrentJob();
     if (job.page_length < 1) {
       throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");

@@ -71,9 +71,7 @@ CZURDLL::CZURDLL() {
   }
 }
 
-CZURDLL::~CZURDLL() {
-  if (wait_desktop_) CloseWaitWindow();
-}
+CZURDLL::~CZURDLL() = default;
 
 void CZURDLL::OnError(ErrorHandler handler) { error_handler_ = std::move(handler); }
 
@@ -102,25 +100,25 @@ void CZURDLL::ShowWait(bool STOPBUTTON, const std::optional<std::string>& Captio
                        std::optional<std::int32_t> Min, std::optional<std::int32_t> Max) {
   last_error_.reset();
   Quietly([&] {
-    wait_desktop_ = CurrentHost().desktop;
-    wait_desktop_->ShowWait({STOPBUTTON, Caption, Min, Max});
+    if (!wait_) {
+      wait_desktop_ = CurrentHost().desktop;
+      wait_ = wait_desktop_->MakeWaitWindow();
+    }
+    wait_->Show({STOPBUTTON, Caption, Min, Max});
   });
 }
 
 bool CZURDLL::StepWait(std::int32_t STEP, const std::optional<std::string>& Caption) {
   return Guarded("DLL.StepWait", false, [&] {
-    if (CurrentHost().desktop->StepWait(STEP, Caption)) return true;
+    if (wait_ && wait_->Step(STEP, Caption)) return true;
     UnloadWait();
     return false;
   });
 }
 
 void CZURDLL::UnloadWait() {
-  Guarded("DLL.UnloadWait", false, [this] {
-    wait_desktop_.reset();
-    CurrentHost().desktop->UnloadWait();
-    return true;
-  });
+  last_error_.reset();
+  wait_.reset();
 }
 
 void CZURDLL::Flash(const std::string& Message, const std::optional<std::string>& Subject,
@@ -183,7 +181,7 @@ void CZURDLL::ERRORLOG(Value&& ErrLocation, const std::string& ErrDesc, bool Res
 void CZURDLL::ERRORLOG(Value& ErrLocation, const std::string& ErrDesc, bool Respond) {
   if (ErrDesc.empty() && !ThisThread().current) return;
   ResetMousePointer();
-  CloseWaitWindow();
+  wait_.reset();
   ErrLocation = ErrLocation.IsMissing() ? kNoLocation : Bracketed(ErrLocation.ToText());
 
   std::optional<Error> unshown;
@@ -201,14 +199,6 @@ void CZURDLL::ERRORLOG(Value& ErrLocation, const std::string& ErrDesc, bool Resp
   AppendToErrorLog(TempFolder(), ErrLocation.String(), ErrDesc);
   if (unshown) AppendToErrorLog(TempFolder(), "[DLL.MsgBox]", FailureText(*unshown));
   ThisThread().current.reset();
-}
-
-void CZURDLL::CloseWaitWindow() noexcept {
-  Quietly([this] {
-    const auto desktop = wait_desktop_ ? std::move(wait_desktop_) : CurrentHost().desktop;
-    wait_desktop_.reset();
-    desktop->UnloadWait();
-  });
 }
 
 CZURDLL& SharedToolkit() {

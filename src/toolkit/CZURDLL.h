@@ -7,13 +7,13 @@
 #include <optional>
 #include <string>
 
+#include "common/desktop.h"
 #include "common/enumerations.h"
 #include "common/error.h"
 #include "common/value.h"
 
 namespace kel {
 
-class Desktop;
 class Object;
 
 /// What a book-keeping program asks of the library beside its reports: messages, a wait window,
@@ -44,7 +44,7 @@ class CZURDLL {
   /// Empties the temporary folder of earlier work files. A failure to make the folder is told by
   /// LastError; the object is good nevertheless.
   CZURDLL();
-  /// Closes the wait window that this object opened.
+  /// Closes this object's wait window.
   ~CZURDLL();
   CZURDLL(const CZURDLL&) = delete;
   CZURDLL& operator=(const CZURDLL&) = delete;
@@ -99,11 +99,11 @@ class CZURDLL {
   void ReportCaught(const char* location) noexcept;
   void HandleError(bool& Respond, const std::string& ErrLocation);
   void RaiseError(const Error& failure, bool& Response) const;
-  void CloseWaitWindow() noexcept;
 
   ErrorHandler error_handler_;
   std::optional<Error> last_error_;
-  std::shared_ptr<Desktop> wait_desktop_;  // where this object opened a wait window
+  std::shared_ptr<Desktop> wait_desktop_;  // of the wait window, which it has to outlive
+  std::unique_ptr<WaitWindow> wait_;       // empty when none is shown
 };
 
 /// The toolkit of the library's own subsystems: one per thread, made at its first use, when it

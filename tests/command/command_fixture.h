@@ -2,107 +2,105 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/types.h>
+#include <sys/prctl.h>
 
-#include <filesystem>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
+#include <csignal>
+#include <cstdlib>
 
-namespace kel {
+#include "support/child_process.h"
+#include "support/test_folder.h"
 
-/// What a run of the command left behind.
+namespace kel::testing {
+
+using Words = std::vector<std::string>;
+
+inline Words operator+(Words words, const Words& more) {
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+inline bool Contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+/// One running command and where its standard output and error go.
+struct Child {
+  pid_t pid;
+  std::string out;
+  std::string err;
+};
+
+/// What a command left behind.
 struct RunResult {
-  int status = -1;  // of exit; 128 + the signal when one ended it
+  int status;  // of exit; 128 + the signal when one ended it
   std::string out;
   std::string err;
 };
 
-/// Where the child's standard streams go; empty for a file that RunResult is read from.
-struct Streams {
-  std::string out;
-  std::string err;
-};
-
-/// One running command.
-class Child {
- public:
-  Child(pid_t pid, std::filesystem::path out, std::filesystem::path err)
-      : pid_(pid), out_(std::move(out)), err_(std::move(err)) {}
-  Child(Child&& other) noexcept
-      : pid_(std::exchange(other.pid_, 0)),
-        out_(std::move(other.out_)),
-        err_(std::move(other.err_)) {}
-  ~Child();
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-
-  RunResult Wait();
-  void Kill() const;
-  /// The most memory it has had so far.
-  long PeakKilobytes() const;
-
- private:
-  pid_t pid_;
-  std::filesystem::path out_;
-  std::filesystem::path err_;
-};
-
-/// The writing end of a FIFO that a child reads from.
-class Feed {
- public:
-  /// Waits until the reader has opened the FIFO.
-  explicit Feed(const std::filesystem::path& fifo);
-  ~Feed() { Close(); }
-  Feed(const Feed&) = delete;
-  Feed& operator=(const Feed&) = delete;
-
-  /// Waits until the reader has taken all but what the pipe itself holds.
-  void Write(std::string_view bytes) const;
-  void Close();
-
- private:
-  int descriptor_;
-};
-
-class CommandTest : public testing::Test {
- public:
-  ~CommandTest() override;
-
+class CommandTest : public ::testing::Test {
  protected:
-  using Words = std::vector<std::string>;
+  CommandTest() {
+    setenv("KELDLL_HOME", Path("home").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", Path("config").c_str(), 1);
+    signal(SIGPIPE, SIG_IGN);  // a child that ends early must not take the tests with it
+  }
 
-  CommandTest();
-
-  /// A path in the test's own folder.
   std::string Path(std::string_view name) const { return (folder_ / name).string(); }
-  std::string Write(std::string_view name, std::string_view text) const;
-  std::string Read(std::string_view name) const;
-  std::string MakeFifo(std::string_view name) const;
-  /// A database made by the statements.
-  std::string MakeDatabase(std::string_view name, const std::string& sql) const;
+  std::string Read(std::string_view name) const { return ReadFile(Path(name)); }
+  std::string Write(std::string_view name, std::string_view text) const {
+    WriteFile(Path(name), text);
+    return Path(name);
+  }
 
-  RunResult Keldll(const Words& words, const Streams& streams = {}) const;
-  Child Start(const Words& words, const Streams& streams = {}) const;
-  /// `report` with a fixed stamp.
-  RunResult Report(const Words& words) const;
+  /// `out` and `err` are what a shell writes behind > and 2>; files of the run's own when empty.
+  Child Start(const Words& words, const std::string& out = "", const std::string& err = "") {
+    const std::string run = Path(std::to_string(++runs_));
+    Child child{0, out.empty() ? run + ".out" : out, err.empty() ? run + ".err" : err};
+    const std::string redirected = "exec \"$0\" \"$@\" >" + child.out + " 2>" + child.err;
+    Words all = Words{"/bin/sh", "-c", redirected, KELDLL_COMMAND} + words;
+    std::vector<char*> pointers;
+    for (std::string& word : all) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    child.pid = StartChild([&] {
+      prctl(PR_SET_PDEATHSIG, SIGKILL);
+      return execv(pointers[0], pointers.data()) == 0;
+    });
+    return child;
+  }
+  static RunResult Wait(const Child& child) {
+    int status = 0;
+    waitpid(child.pid, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), Contents(child.out),
+            Contents(child.err)};
+  }
+  RunResult Keldll(const Words& words) { return Wait(Start(words)); }
 
-  /// Runs `words` and expects one line on standard error with all of `parts`.
-  void ExpectFailure(const Words& words, const std::vector<std::string>& parts) const;
-  /// Runs `words` and expects a line with `part`, then the verb's usage.
-  void ExpectWrongUsage(const Words& words, const std::string& part) const;
-
-  void SetEnvironment(const std::string& name, const std::string& value);
-
-  std::filesystem::path folder_;
+  /// The text that `report` writes with a fixed stamp; it must succeed and say nothing else.
+  std::string Report(const Words& words) {
+    const RunResult result = Keldll(Words{"report", "--stamp", "01/04/2026 10:00:00"} + words);
+    EXPECT_EQ(result.status, 0) << ::testing::PrintToString(words);
+    EXPECT_EQ(result.err, "");
+    return result.out;
+  }
+  /// Expects one line on standard error with all of `parts` and nothing on standard output.
+  void ExpectFailure(const Words& words, const Words& parts) {
+    const RunResult result = Keldll(words);
+    SCOPED_TRACE(::testing::PrintToString(words) + result.err);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(result.err.starts_with("keldll: "));
+    EXPECT_EQ(result.err.find('\n'), result.err.size() - 1);
+    for (const std::string& part : parts) EXPECT_TRUE(Contains(result.err, part)) << part;
+  }
 
  private:
-  Words environment_;
-  mutable int runs_ = 0;
+  // Nothing for a device, which may never end.
+  static std::string Contents(const std::string& path) {
+    return std::filesystem::is_regular_file(path) ? ReadFile(path) : "";
+  }
+
+  TestFolder folder_;
+  int runs_ = 0;
 };
 
-/// Lines as the page file has them: each ended by CR LF.
-std::string Lines(const std::vector<std::string>& lines);
-
-}  // namespace kel
+}  // namespace kel::testing

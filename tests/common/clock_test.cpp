@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <ctime>
@@ -15,9 +16,8 @@ TEST(SystemClock, StampIsADateAndTimeInAnyLocaleAndTheProgramsOwnStays) {
   for (const char* locale : {"C", "C.UTF-8", "xx_XX.NONSENSE"}) {
     ::setenv("LC_ALL", locale, 1);
     std::string shape = SystemClock().Stamp();
-    for (char& c : shape) {
-      if (c >= '0' && c <= '9') c = '0';
-    }
+    std::replace_if(
+        shape.begin(), shape.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
     EXPECT_EQ(shape, "00/00/00 00:00:00") << locale;
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before) << locale;
   }

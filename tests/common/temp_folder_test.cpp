@@ -50,13 +50,13 @@ TEST_F(TempFolderTest, IsMadeWithItsParentsForTheUserAlone) {
 }
 
 TEST_F(TempFolderTest, FollowsTheVariablesInTheirOrderAndIsAbsolute) {
-  const fs::path before = fs::current_path();
-  fs::current_path(home_.Path());
-  ::setenv("KELDLL_HOME", "here", 1);
-  EXPECT_EQ(FreshThreadsFolder(), fs::current_path() / "here/DLLTemp");
-  fs::current_path(before);
   ::setenv("XDG_CACHE_HOME", (home_ / "cache").c_str(), 1);
   ::setenv("HOME", (home_ / "user").c_str(), 1);
+  ::setenv("KELDLL_HOME", "here", 1);
+  const fs::path before = fs::current_path();
+  fs::current_path(home_.Path());
+  EXPECT_EQ(FreshThreadsFolder(), fs::current_path() / "here/DLLTemp");
+  fs::current_path(before);
   ::unsetenv("KELDLL_HOME");
   EXPECT_EQ(FreshThreadsFolder(), home_ / "cache/keldll/DLLTemp");
   ::setenv("XDG_CACHE_HOME", "relative", 1);
@@ -99,6 +99,7 @@ TEST_F(TempFolderTest, WhatIsPlantedInItsPlaceOrItsLocksPlaceIsRefused) {
 TEST_F(TempFolderTest, PreparingDeletesTheWorkFilesOfEarlierRunsOnly) {
   const fs::path folder = home_ / "DLLTemp";
   fs::create_directories(folder / "folder.tmp");
+  fs::create_directory(folder / "empty.tmp");
   WriteFile(home_ / "precious", "mine");
   fs::create_symlink("../precious", folder / "link.txt");
   const auto gone = {"a.tmp", "B.TXT", "c.Doc", "d.xls", ".tmp"};
@@ -109,6 +110,7 @@ TEST_F(TempFolderTest, PreparingDeletesTheWorkFilesOfEarlierRunsOnly) {
   OnFreshThread([] { PrepareTempFolder(); });
   for (const char* name : gone) EXPECT_FALSE(fs::exists(folder / name)) << name;
   for (const char* name : kept) EXPECT_TRUE(fs::exists(folder / name)) << name;
+  EXPECT_TRUE(fs::exists(folder / "empty.tmp"));
   EXPECT_FALSE(fs::is_symlink(folder / "link.txt"));
   EXPECT_EQ(testing::ReadFile(home_ / "precious"), "mine");
 }

@@ -49,6 +49,7 @@ TEST(TextCells, GraphemesAreMeasuredWhole) {
       {"\U0001F1EE\U0001F1F3\U0001F1EC\U0001F1E7", 8, 1, 2},  // two flags
       {"\u1112\u1161\u11ab.", 9, 2, 3},                       // Hangul syllable of three letters
       {"\u0915\u093f\u0938", 6, 1, 2},                        // Hindi syllable with a vowel sign
+      {"a\U0001F3FB", 5, 2, 2},                               // letter with a skin tone
       {"\u200b\u200b", 3, 0, 0},                              // zero width spaces
       {"\u0600\u0031", 2, 0, 1},  // a number sign that Unicode joins to a digit
   };
@@ -78,10 +79,8 @@ TEST(TextCells, AlignedTextIsExactlyAsWideAsAskedAndNeverCutInsideAGrapheme) {
       {"abc", 5, kAlignLeft, "abc  "},
       {"abc", 5, kAlignRight, "  abc"},
       {"abc", 5, kAlignCenter, "  abc"},
-      {"abc", 3, kAlignRight, "abc"},
       {"abcdef", 5, kAlignRight, "abcde"},
       {"abc", -3, kAlignRight, ""},
-      {"abc" + kAcute, 3, kAlignLeft, "abc" + kAcute},
       {"abc" + kAcute + "d", 3, kAlignLeft, "abc" + kAcute},
       {"abcd" + kAcute, 3, kAlignLeft, "abc"},
       {kAcute + "a", 0, kAlignLeft, kAcute},

@@ -5,135 +5,87 @@
 #include <string>
 #include <vector>
 
-#include "data/scratch.h"
 #include "data/sqlite.h"
+#include "support/errors.h"
+#include "support/sqlite_file.h"
+#include "support/test_folder.h"
 
 namespace kel {
 namespace {
 
-class RecordsetTest : public DataTest {
+using testing::ErrorOf;
+
+class RecordsetTest : public ::testing::Test {
  protected:
-  Connection Make(const std::string& sql) {
-    return Connection(OpenSqlite(WriteDatabase("books.db", sql), Access::kReadWrite));
+  Connection Make(const std::string& sql) const {
+    testing::WriteDatabase(folder_ / "books.db", sql);
+    return Connection(OpenSqlite(folder_ / "books.db", Access::kReadWrite));
   }
+
+  testing::TestFolder folder_;
+  Recordset rows_;
 };
 
-TEST_F(RecordsetTest, WalksForwardOverTheRowsOnce) {
-  Connection books = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1), (2), (3)");
-  Recordset rows;
-  EXPECT_EQ(rows.State(), ObjectState::kClosed);
-  rows.Open("SELECT n FROM t ORDER BY n", books);
-  EXPECT_EQ(rows.State(), ObjectState::kOpen);
-  EXPECT_FALSE(rows.BeginOfFile());
+TEST_F(RecordsetTest, WalksForwardOverTheRowsOnceUntilOneFails) {
+  Connection books = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1), (2), (-1 << 63)");
+  rows_.Open("SELECT n FROM t WHERE n > 0 ORDER BY n", books);
   std::string seen;
-  for (; !rows.EndOfFile(); rows.MoveNext()) seen += rows.FieldText(0);
-  EXPECT_EQ(seen, "123");
-  EXPECT_FALSE(rows.BeginOfFile());
-  EXPECT_EQ(ErrorOf([&] { rows.MoveNext(); }).Number(), 3021);
-  EXPECT_EQ(ErrorOf([&] { rows.FieldText(0); }).Number(), 3021);
-  rows.Close();
-  rows.Open("SELECT n FROM t WHERE n > 9", books);
-  EXPECT_TRUE(rows.BeginOfFile());
-  EXPECT_TRUE(rows.EndOfFile());
-  EXPECT_EQ(rows.Field(0).name, "n");
+  for (; !rows_.EndOfFile(); rows_.MoveNext()) seen += rows_.FieldText(0);
+  EXPECT_EQ(seen, "12");
+  EXPECT_FALSE(rows_.BeginOfFile());
+  EXPECT_EQ(ErrorOf([&] { rows_.MoveNext(); }).Number(), 3021);
+  rows_.Close();
+  rows_.Open("SELECT n FROM t WHERE n > 9", books);
+  EXPECT_TRUE(rows_.BeginOfFile() && rows_.EndOfFile());
+  EXPECT_EQ(rows_.Field(0).name, "n");
+  rows_.Close();
+  rows_.Open("SELECT abs(n) FROM t", books);
+  rows_.MoveNext();
+  EXPECT_EQ(ErrorOf([&] { rows_.MoveNext(); }).Description(),
+            "cannot read row 3 of SELECT abs(n) FROM t: integer overflow");
+  EXPECT_TRUE(rows_.EndOfFile());
+  EXPECT_EQ(ErrorOf([&] { rows_.FieldText(0); }).Number(), 3021);
 }
 
-TEST_F(RecordsetTest, FieldTextIsTheShortestThatReadsBackTheSame) {
-  struct Case {
-    const char* sql;
-    const char* text;
-  };
-  const std::vector<Case> cases = {
-      {"NULL", ""},
-      {"0.1", "0.1"},
-      {"0.1 + 0.2", "0.30000000000000004"},
-      {"1e22", "1E+22"},
-      {"1250.0", "1250"},
-      {"-0.0", "0"},
-      {"-9223372036854775807 - 1", "-9223372036854775808"},
-      {"'1250.0'", "1250.0"},
-      {"x'4142'", "AB"},
-  };
-  Connection books = Make("");
-  for (const auto& test : cases) {
-    Recordset rows;
-    rows.Open(std::string("SELECT ") + test.sql, books);
-    EXPECT_EQ(rows.FieldText(0), test.text) << test.sql;
-  }
+TEST_F(RecordsetTest, FieldTextsAreTheShortestThatReadBackAndStandSideBySide) {
+  Connection books = Make("CREATE TABLE t(c BOOL, d BOOL); INSERT INTO t VALUES (1, 0)");
+  rows_.Open(
+      "SELECT c, d, NULL, 0.1, 0.1 + 0.2, 1e22, 1250.0, -0.0, -9223372036854775807 - 1, '1250.0', "
+      "x'4142', x'', 'caf\u00e9' || char(0) || 'x' FROM t",
+      books);
+  std::vector<std::string_view> texts;
+  for (int i = 0; i < rows_.FieldCount(); ++i) texts.push_back(rows_.FieldText(i));
+  const std::string_view with_nul("caf\u00e9\0x", 7);
+  EXPECT_EQ(texts, (std::vector<std::string_view>{"True", "False", "", "0.1", "0.30000000000000004",
+                                                  "1E+22", "1250", "0", "-9223372036854775808",
+                                                  "1250.0", "AB", "", with_nul}));
 }
 
-TEST_F(RecordsetTest, FieldTextsOfARowStandSideBySide) {
+TEST_F(RecordsetTest, FieldValuesFollowTheAdoTypeWhereItFits) {
   Connection books = Make(
-      "CREATE TABLE t(a INTEGER, b REAL, c BOOL, d BOOL, e BOOLEAN);"
-      "INSERT INTO t VALUES (17, 2.5, 1, 0, NULL)");
-  Recordset rows;
-  rows.Open("SELECT * FROM t", books);
-  const std::vector<std::string_view> texts = {rows.FieldText(0), rows.FieldText(1),
-                                               rows.FieldText(2), rows.FieldText(3),
-                                               rows.FieldText(4)};
-  EXPECT_EQ(texts, (std::vector<std::string_view>{"17", "2.5", "True", "False", ""}));
-}
-
-TEST_F(RecordsetTest, FieldValuesFollowTheAdoType) {
-  Connection books = Make(
-      "CREATE TABLE t(a SMALLINT, b MONEY, c DATETIME, d BOOL, e DECIMAL(20,2), f TEXT);"
-      "INSERT INTO t VALUES (-7, 12.345, '2026-03-31 06:00:00', 1, 0.25, 'x'),"
-      "                     (NULL, NULL, 'soon', NULL, '1e999x', NULL)");
-  Recordset rows;
-  rows.Open("SELECT * FROM t", books);
-  EXPECT_EQ(rows.FieldValue(0), Value(-7));
-  EXPECT_EQ(rows.FieldValue(1), Value(Currency{123450}));
-  EXPECT_EQ(rows.FieldValue(2), Value(Date{46112.25}));
-  EXPECT_EQ(rows.FieldValue(3), Value(true));
-  EXPECT_EQ(rows.FieldValue(4), Value(0.25));
-  EXPECT_EQ(rows.FieldValue(5), Value("x"));
-  rows.MoveNext();
-  for (const int i : {0, 1, 3, 5}) EXPECT_TRUE(rows.FieldValue(i).IsNull()) << i;
-  EXPECT_EQ(rows.FieldValue(2), Value("soon"));
-  EXPECT_EQ(rows.FieldValue(4), Value("1e999x"));
+      "CREATE TABLE t(a SMALLINT, b MONEY, c DATETIME, d BOOL, e DECIMAL(20,2), f TEXT,"
+      "               g MONEY, h DATETIME, i DECIMAL(20,2));"
+      "INSERT INTO t VALUES (-7, 12.345, '2026-03-31 06:00:00', 1, 0.25, 'x', NULL, 'soon', '1x')");
+  rows_.Open("SELECT * FROM t", books);
+  Value::Array values;
+  for (int i = 0; i < rows_.FieldCount(); ++i) values.push_back(rows_.FieldValue(i));
+  EXPECT_EQ(values, (Value::Array{-7, Currency{123450}, Date{46112.25}, true, 0.25, "x",
+                                  Value::Null(), "soon", "1x"}));
 }
 
 TEST_F(RecordsetTest, WrongUseGivesAdoErrors) {
   Connection closed;
-  Recordset rows;
-  EXPECT_EQ(ErrorOf([&] { rows.MoveNext(); }).Number(), 3704);
-  EXPECT_EQ(ErrorOf([&] { rows.FieldCount(); }).Number(), 3704);
-  EXPECT_EQ(ErrorOf([&] { rows.FieldValue(0); }).Number(), 3704);
-  EXPECT_EQ(ErrorOf([&] { rows.Open("SELECT 1", closed); }).Number(), 3704);
-  EXPECT_EQ(ErrorOf([&] { closed.Execute("SELECT 1"); }).Description(),
-            "Operation is not allowed when the object is closed.");
-
+  EXPECT_EQ(ErrorOf([&] { rows_.MoveNext(); }).Number(), 3704);
+  EXPECT_EQ(ErrorOf([&] { rows_.FieldValue(0); }).Number(), 3704);
+  EXPECT_EQ(ErrorOf([&] { rows_.Open("SELECT 1", closed); }).Number(), 3704);
   Connection books = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1)");
-  rows.Open("SELECT n FROM t", books);
-  for (const int index : {-1, 1}) {
-    EXPECT_EQ(ErrorOf([&] { rows.Field(index); }).Number(), 3265);
-    EXPECT_EQ(ErrorOf([&] { rows.FieldText(index); }).Number(), 3265);
-    EXPECT_EQ(ErrorOf([&] { rows.FieldValue(index); }).Number(), 3265);
-  }
-  EXPECT_EQ(ErrorOf([&] { rows.Open("SELECT n FROM t", books); }).Number(), 3705);
-}
-
-TEST_F(RecordsetTest, AStatementWithoutAResultIsRefusedAndNotRun) {
-  Connection books = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1)");
-  Recordset rows;
-  EXPECT_TRUE(Contains(ErrorOf([&] { rows.Open("DELETE FROM t", books); }),
-                       "DELETE FROM t gives no records"));
-  EXPECT_EQ(rows.State(), ObjectState::kClosed);
-  EXPECT_EQ(books.Execute("DELETE FROM t"), 1);
-}
-
-TEST_F(RecordsetTest, AFailingRowEndsTheRecordset) {
-  Connection books = Make(
-      "CREATE TABLE t(n INTEGER);"
-      "INSERT INTO t VALUES (1), (-9223372036854775807 - 1), (3)");
-  Recordset rows;
-  rows.Open("SELECT abs(n) FROM t", books);
-  EXPECT_TRUE(Contains(ErrorOf([&] { rows.MoveNext(); }), "integer overflow"));
-  EXPECT_TRUE(rows.EndOfFile());
-  EXPECT_EQ(ErrorOf([&] { rows.FieldText(0); }).Number(), 3021);
-  books.Close();
-  EXPECT_FALSE(books.IsOpen());
-  EXPECT_EQ(rows.FieldCount(), 1);
+  EXPECT_EQ(ErrorOf([&] { rows_.Open("DELETE FROM t", books); }).Description(),
+            "DELETE FROM t gives no records");
+  rows_.Open("SELECT n FROM t", books);
+  EXPECT_FALSE(rows_.EndOfFile());
+  EXPECT_EQ(ErrorOf([&] { rows_.Field(-1); }).Number(), 3265);
+  EXPECT_EQ(ErrorOf([&] { rows_.FieldText(1); }).Number(), 3265);
+  EXPECT_EQ(ErrorOf([&] { rows_.Open("SELECT n FROM t", books); }).Number(), 3705);
 }
 
 }  // namespace

@@ -4,238 +4,135 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "data/scratch.h"
+#include "support/errors.h"
+#include "support/sqlite_file.h"
+#include "support/test_folder.h"
 
 namespace kel {
 namespace {
 
-using std::chrono::milliseconds;
+using testing::Contains;
+using testing::ErrorOf;
+using testing::WriteDatabase;
 
-class SqliteTest : public DataTest {
+class SqliteTest : public ::testing::Test {
  protected:
   /// Opens a new database made by `sql`.
   std::unique_ptr<Driver> Make(const std::string& sql, Access access = Access::kRead) {
-    return OpenSqlite(WriteDatabase("books.db", sql), access, milliseconds(1));
+    return OpenSqlite(WriteDatabase(books_, sql), access, std::chrono::milliseconds(1));
   }
+  static Error OpenError(const std::filesystem::path& path) {
+    return ErrorOf([&] { OpenSqlite(path, Access::kReadWrite, std::chrono::milliseconds(1)); });
+  }
+
+  testing::TestFolder folder_;
+  std::filesystem::path books_ = folder_ / "books.db";
 };
 
-TEST_F(SqliteTest, DeclaredTypesGiveTheirAdoTypes) {
-  struct Case {
-    const char* declaration;
-    FieldType type;
-  };
-  const std::vector<Case> cases = {
-      {"SMALLINT", FieldType::kSmallInt},
-      {"INTEGER", FieldType::kInteger},
-      {"int", FieldType::kInteger},
-      {"BigInt", FieldType::kInteger},
-      {"REAL", FieldType::kDouble},
-      {"float", FieldType::kDouble},
-      {"DOUBLE PRECISION", FieldType::kDouble},
-      {"BOOLEAN", FieldType::kBoolean},
-      {"BOOL", FieldType::kBoolean},
-      {"DATE", FieldType::kDate},
-      {"DateTime", FieldType::kDate},
-      {"TIMESTAMP", FieldType::kDate},
-      {"MONEY", FieldType::kCurrency},
-      {"CURRENCY", FieldType::kCurrency},
-      {"DECIMAL(10,2)", FieldType::kNumeric},
-      {"NUMERIC", FieldType::kNumeric},
-      {"MEMO", FieldType::kMemo},
-      {"CLOB", FieldType::kMemo},
-      {"BLOB", FieldType::kBinary},
-      {"VARCHAR(30)", FieldType::kText},
-      {"TEXT", FieldType::kText},
-      {"CHAR(8)", FieldType::kText},
-  };
-  std::string columns;
-  for (const auto& test : cases) {
-    columns +=
-        (columns.empty() ? "c" : ", c") + std::to_string(columns.size()) + " " + test.declaration;
+std::string TypeCodes(const Statement& statement) {
+  std::string codes;
+  for (int i = 0; i < statement.ColumnCount(); ++i) {
+    codes += std::to_string(static_cast<int>(statement.Column(i).type)) + " ";
   }
-  const auto statement = Make("CREATE TABLE t(" + columns + ")")->Prepare("SELECT * FROM t");
-  for (int i = 0; i < statement->ColumnCount(); ++i) {
-    EXPECT_EQ(statement->Column(i).type, cases[static_cast<std::size_t>(i)].type)
-        << cases[static_cast<std::size_t>(i)].declaration;
-  }
+  return codes;
+}
+
+TEST_F(SqliteTest, DeclaredTypesGiveTheirAdoTypesAlsoThroughAView) {
+  const auto driver = Make(
+      "CREATE TABLE t(a SMALLINT, b INTEGER, c int, d BigInt, e REAL, f float,"
+      "               g DOUBLE PRECISION, h MONEY, i CURRENCY, j DECIMAL(10,2), k NUMERIC,"
+      "               l BOOLEAN, m BOOL, n DATE, o DateTime, p TIMESTAMP, q MEMO, r CLOB,"
+      "               s BLOB, t VARCHAR(30), u TEXT, v CHAR(8));"
+      "CREATE TABLE \"Day \"\"Book\"(\"Amt \"\"Rs\" MONEY);"
+      "CREATE VIEW v AS SELECT \"Amt \"\"Rs\", 2 AS two FROM \"Day \"\"Book\"");
+  EXPECT_EQ(TypeCodes(*driver->Prepare("SELECT * FROM t")),
+            "2 3 3 3 5 5 5 6 6 131 131 11 11 7 7 7 203 203 205 202 202 202 ");
+  const auto view = driver->Prepare("SELECT * FROM v");
+  EXPECT_EQ(TypeCodes(*view), "6 202 ");
+  EXPECT_EQ(view->Column(0).table, "Day \"Book");
+  EXPECT_EQ(view->Column(1).table, "");
 }
 
 TEST_F(SqliteTest, ExpressionsTakeTheTypeOfTheFirstRowWhichIsStillHandedOut) {
-  const auto driver = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1), (2)");
+  auto driver = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1), (2)");
+  EXPECT_EQ(TypeCodes(*driver->Prepare("SELECT n + 1 FROM t WHERE 0")), "202 ");
   const auto statement =
       driver->Prepare("SELECT n + 1, n * 1.5, 'a' || n, x'00ff', NULL, n FROM t ORDER BY n");
-  const std::vector<FieldType> expected = {FieldType::kInteger, FieldType::kDouble,
-                                           FieldType::kText,    FieldType::kBinary,
-                                           FieldType::kText,    FieldType::kInteger};
-  for (int i = 0; i < statement->ColumnCount(); ++i) {
-    EXPECT_EQ(statement->Column(i).type, expected[static_cast<std::size_t>(i)]) << i;
-  }
+  driver.reset();  // a statement outlives it
+  EXPECT_EQ(TypeCodes(*statement), "3 5 202 205 202 3 ");
   ASSERT_TRUE(statement->Step());
   EXPECT_EQ(statement->Cell(0).integer, 2);
   ASSERT_TRUE(statement->Step());
   EXPECT_EQ(statement->Cell(0).integer, 3);
   EXPECT_FALSE(statement->Step());
-  EXPECT_FALSE(statement->Step());  // the statement does not start over
-  EXPECT_EQ(driver->Prepare("SELECT n + 1 FROM t WHERE 0")->Column(0).type, FieldType::kText);
-}
-
-TEST_F(SqliteTest, CellsComeInTheFormTheyAreHeldIn) {
-  const auto statement =
-      Make(
-          "CREATE TABLE t(a, b, c, d, e, f);"
-          "INSERT INTO t VALUES (9223372036854775807, -9223372036854775807 - 1, 1e22,"
-          "                      'caf\u00e9' || char(0) || 'x', x'', NULL)")
-          ->Prepare("SELECT * FROM t");
-  ASSERT_TRUE(statement->Step());
-  EXPECT_EQ(statement->Cell(0).kind, CellView::Kind::kInteger);
-  EXPECT_EQ(statement->Cell(0).integer, std::numeric_limits<std::int64_t>::max());
-  EXPECT_EQ(statement->Cell(1).integer, std::numeric_limits<std::int64_t>::min());
-  EXPECT_EQ(statement->Cell(2).kind, CellView::Kind::kDouble);
-  EXPECT_EQ(statement->Cell(2).number, 1e22);
-  EXPECT_EQ(statement->Cell(3).bytes, std::string_view("caf\u00e9\0x", 7));
-  EXPECT_EQ(statement->Cell(4).kind, CellView::Kind::kBinary);
-  EXPECT_EQ(statement->Cell(4).bytes, "");
-  EXPECT_EQ(statement->Cell(5).kind, CellView::Kind::kNull);
-}
-
-TEST_F(SqliteTest, ColumnsOfAViewKeepTheirTypeAndTheirTable) {
-  const auto statement =
-      Make(
-          "CREATE TABLE \"Day \"\"Book\"(\"Amt \"\"Rs\" MONEY);"
-          "INSERT INTO \"Day \"\"Book\" VALUES (1.5);"
-          "CREATE VIEW v AS SELECT \"Amt \"\"Rs\", 2 AS two FROM \"Day \"\"Book\"")
-          ->Prepare("SELECT * FROM v");
-  EXPECT_EQ(statement->Column(0).name, "Amt \"Rs");
-  EXPECT_EQ(statement->Column(0).type, FieldType::kCurrency);
-  EXPECT_EQ(statement->Column(0).table, "Day \"Book");
-  EXPECT_EQ(statement->Column(1).name, "two");
-  EXPECT_EQ(statement->Column(1).table, "");
+  EXPECT_FALSE(statement->Step());  // it does not start over
 }
 
 TEST_F(SqliteTest, ExecuteCountsTheRecordsOfThisStatementOnly) {
-  struct Case {
-    const char* sql;
-    std::int64_t affected;
-  };
-  const std::vector<Case> cases = {
-      {"CREATE TABLE t(n INTEGER)", 0},
-      {"INSERT INTO t VALUES (1), (2), (3)", 3},
-      {"SELECT * FROM t", 0},
-      {"UPDATE t SET n = n + 1 WHERE n > 1", 2},
-      {"CREATE INDEX i ON t(n)", 0},
-      {"DELETE FROM t", 3},
-      {"DROP TABLE t", 0},
-  };
   const auto driver = Make("", Access::kReadWrite);
-  for (const auto& test : cases) EXPECT_EQ(driver->Execute(test.sql), test.affected) << test.sql;
+  std::vector<std::int64_t> affected;
+  for (const char* sql :
+       {"CREATE TABLE t(n INTEGER)", "INSERT INTO t VALUES (1), (2), (3)", "SELECT * FROM t",
+        "UPDATE t SET n = n + 1 WHERE n > 1", "CREATE INDEX i ON t(n)", "DELETE FROM t"}) {
+    affected.push_back(driver->Execute(sql));
+  }
+  EXPECT_EQ(affected, (std::vector<std::int64_t>{0, 3, 0, 2, 0, 3}));
 }
 
-TEST_F(SqliteTest, StatementsOutliveTheirDriver) {
-  auto driver = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (7)");
-  const auto statement = driver->Prepare("SELECT n FROM t");
-  driver.reset();
-  ASSERT_TRUE(statement->Step());
-  EXPECT_EQ(statement->Cell(0).integer, 7);
-}
-
-TEST_F(SqliteTest, OnlyOneStatementIsTaken) {
+TEST_F(SqliteTest, OnlyOneStatementIsTakenAndErrorsShowItOnOneLineWithTheReason) {
   const auto driver = Make("CREATE TABLE t(n INTEGER)");
-  for (const char* sql : {"SELECT n FROM t;", "SELECT n FROM t ; ; -- done", "SELECT n FROM t /* x",
-                          "-- first\nSELECT n FROM t;\n/* a */ "}) {
-    EXPECT_NO_THROW(driver->Prepare(sql)) << sql;
+  EXPECT_NO_THROW(driver->Prepare("-- first\nSELECT n FROM t ; ;\n/* never closed"));
+  const auto error_of = [&](std::string_view sql) {
+    return ErrorOf([&] { driver->Execute(sql); });
+  };
+  for (const char* sql : {"SELECT 1; SELECT 2", "SELECT 1; DROP TABLE none", "SELECT 1;; x"}) {
+    EXPECT_TRUE(Contains(error_of(sql), "there is more than one statement")) << sql;
   }
-  for (const char* sql : {"SELECT n FROM t; SELECT 2", "SELECT n FROM t; DROP TABLE none",
-                          "SELECT n FROM t;; /* x */ nonsense"}) {
-    const Error error = ErrorOf([&] { driver->Prepare(sql); });
-    EXPECT_TRUE(Contains(error, "there is more than one statement")) << sql;
+  for (const char* sql : {" \n", "-- nothing", ";"}) {
+    EXPECT_TRUE(Contains(error_of(sql), "there is no statement")) << sql;
   }
-  for (const char* sql : {"", " \n", "-- nothing", ";"}) {
-    EXPECT_TRUE(Contains(ErrorOf([&] { driver->Prepare(sql); }), "there is no statement")) << sql;
-  }
-  EXPECT_THROW(driver->Prepare(std::string_view("SELECT 1\0, 2", 12)), Error);
-}
-
-TEST_F(SqliteTest, ErrorsShowTheStatementOnOneLineAndTheReason) {
-  const auto driver = Make("CREATE TABLE t(n INTEGER)");
-  EXPECT_EQ(ErrorOf([&] { driver->Prepare("SELECT *\r\n   FROM  none "); }).Description(),
+  EXPECT_EQ(error_of({"SELECT 1\0, 2", 12}).Number(), 3704);
+  EXPECT_EQ(error_of("SELECT *\r\n   FROM  none ").Description(),
             "cannot run SELECT * FROM none: no such table: none");
-  EXPECT_EQ(ErrorOf([&] { driver->Execute("DELETE FROM t"); }).Description(),
-            "cannot run DELETE FROM t: attempt to write a readonly database");
-}
-
-TEST_F(SqliteTest, AnErrorAtALaterRowComesAtThatRow) {
-  const auto statement = Make(
-                             "CREATE TABLE t(n INTEGER);"
-                             "INSERT INTO t VALUES (1), (2), (-9223372036854775807 - 1), (4)")
-                             ->Prepare("SELECT abs(n) FROM t");
-  EXPECT_TRUE(statement->Step());
-  EXPECT_TRUE(statement->Step());
-  EXPECT_EQ(ErrorOf([&] { statement->Step(); }).Description(),
-            "cannot read row 3 of SELECT abs(n) FROM t: integer overflow");
-  EXPECT_FALSE(statement->Step());
-}
-
-TEST_F(SqliteTest, ATableDroppedMeanwhileIsAnErrorOfTheFirstStep) {
-  const auto driver = Make("CREATE TABLE t(n INTEGER)");
-  const auto statement = driver->Prepare("SELECT n FROM t");
-  WriteDatabase("books.db", "DROP TABLE t");
-  EXPECT_TRUE(Contains(ErrorOf([&] { statement->Step(); }), "no such table: t"));
+  EXPECT_TRUE(Contains(error_of("DELETE FROM t"), "attempt to write a readonly database"));
 }
 
 TEST_F(SqliteTest, ALockedDatabaseIsAnErrorUntilTheLockIsGone) {
   const auto driver = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (5)");
-  const auto other = OpenSqlite(File("books.db"), Access::kReadWrite);
+  const auto other = OpenSqlite(books_, Access::kReadWrite);
   other->Execute("BEGIN EXCLUSIVE");
-  EXPECT_TRUE(
-      Contains(ErrorOf([&] { driver->Prepare("SELECT n FROM t")->Step(); }), "database is locked"));
-  EXPECT_TRUE(
-      Contains(ErrorOf([&] { OpenSqlite(File("books.db"), Access::kRead, milliseconds(1)); }),
-               "books.db: database is locked"));
+  EXPECT_TRUE(Contains(ErrorOf([&] { driver->Prepare("SELECT n FROM t")->Step(); }), "is locked"));
+  EXPECT_TRUE(Contains(OpenError(books_), "books.db: database is locked"));
   other->Execute("COMMIT");
   EXPECT_TRUE(driver->Prepare("SELECT n FROM t")->Step());
 }
 
 TEST_F(SqliteTest, ADamagedPageIsAnErrorWhereItIsReached) {
-  const auto path =
-      WriteDatabase("books.db",
-                    "PRAGMA page_size = 512; CREATE TABLE t(s TEXT);"
-                    "WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 400)"
-                    "INSERT INTO t SELECT printf('%0100d', i) FROM n");
-  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-  file.seekp(-512L * 3, std::ios::end);
-  file << std::string(512L * 3, '\xff');
-  file.close();
-  const auto statement = OpenSqlite(path, Access::kRead)->Prepare("SELECT s FROM t");
-  ASSERT_TRUE(statement->Step());
-  const Error error = ErrorOf([&] {
-    while (statement->Step()) {
-    }
-  });
+  WriteDatabase(books_,
+                "PRAGMA page_size = 512; CREATE TABLE t(s TEXT);"
+                "WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 400)"
+                "INSERT INTO t SELECT printf('%0100d', i) FROM n");
+  const std::string whole = testing::ReadFile(books_);
+  testing::WriteFile(books_, whole.substr(0, whole.size() - 1536) + std::string(1536, '\xff'));
+  const auto driver = OpenSqlite(books_, Access::kRead);
+  const Error error = ErrorOf([&] { driver->Execute("SELECT s FROM t"); });
   EXPECT_TRUE(Contains(error, "cannot read row "));
   EXPECT_TRUE(Contains(error, "database disk image is malformed"));
 }
 
 TEST_F(SqliteTest, WhatIsNoDatabaseIsRefusedAtOpening) {
-  const auto text = WriteFile("notes.txt", "These are only notes, nothing else.\n");
-  const auto fails = [](const std::filesystem::path& path) {
-    return ErrorOf([&] { OpenSqlite(path, Access::kReadWrite); });
-  };
-  const Error missing = fails(File("none.db"));
-  EXPECT_EQ(missing.Number(), 53);
-  EXPECT_TRUE(Contains(missing, "none.db"));
-  EXPECT_FALSE(std::filesystem::exists(File("none.db")));
-  EXPECT_EQ(fails(text / "below.db").Number(), 53);
-  EXPECT_EQ(fails(":memory:").Number(), 53);
-  EXPECT_EQ(fails("").Number(), 53);
-  EXPECT_TRUE(Contains(fails(text), "notes.txt: file is not a database"));
-  std::filesystem::create_directory(File("folder"));
-  EXPECT_TRUE(Contains(fails(File("folder")), "folder: unable to open database file"));
-  EXPECT_THROW(OpenSqlite(File("folder"), Access::kRead), Error);
+  const std::filesystem::path notes = folder_ / "notes.txt";
+  testing::WriteFile(notes, "These are only notes, nothing else.\n");
+  for (const auto& path : {books_, notes / "below.db", std::filesystem::path(":memory:")}) {
+    EXPECT_EQ(OpenError(path).Number(), 53) << path;
+  }
+  EXPECT_FALSE(std::filesystem::exists(books_));
+  EXPECT_TRUE(Contains(OpenError(notes), "notes.txt: file is not a database"));
+  EXPECT_TRUE(Contains(OpenError(folder_.Path()), "unable to open database file"));
 }
 
 }  // namespace

@@ -2,57 +2,29 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
-#include "common/headless_desktop.h"
 #include "common/host.h"
 #include "common/temp_folder.h"
 #include "engine/memory_grid.h"
 #include "engine/print_settings.h"
+#include "support/fixed_clock.h"
+#include "support/recording_desktop.h"
 #include "support/test_folder.h"
 #include "toolkit/CZURDLL.h"
 
 namespace kel {
 namespace {
 
-class FixedClock : public SystemClock {
- public:
-  std::string Stamp() const override { return "21/11/2026 02:05:09 PM"; }
-};
-
-// Keeps messages and the steps of the wait window.
-class RecordingDesktop : public HeadlessDesktop {
- public:
-  bool ShowMessage(const MessageRequest& request) override {
-    messages += request.prompt + "\n";
-    return true;
-  }
-  void ShowWait(const WaitRequest& request) override {
-    waits += request.caption.value_or("") + " " + std::to_string(request.min.value_or(-1)) + ".." +
-             std::to_string(request.max.value_or(-1)) + "\n";
-    HeadlessDesktop::ShowWait(request);
-  }
-  bool StepWait(std::int32_t step, const std::optional<std::string>& caption) override {
-    ++steps;
-    return HeadlessDesktop::StepWait(step, caption);
-  }
-  void UnloadWait() override {
-    waits += "closed\n";
-    HeadlessDesktop::UnloadWait();
-  }
-
-  std::string messages;
-  std::string waits;
-  int steps = 0;
-};
-
 class CPrintTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    CurrentHost() = {store, std::make_shared<FixedClock>(), desktop};
+    CurrentHost() = {store, std::make_shared<testing::FixedClock>(), desktop};
     CurrentJob() = {};
     for (int i = 0; i < 40; ++i) grid.AddRow({i == 0 ? "No" : std::to_string(i), "x"});
   }
@@ -64,7 +36,8 @@ class CPrintTest : public ::testing::Test {
   }
 
   std::shared_ptr<MemorySettingsStore> store = std::make_shared<MemorySettingsStore>();
-  std::shared_ptr<RecordingDesktop> desktop = std::make_shared<RecordingDesktop>();
+  std::shared_ptr<testing::RecordingDesktop> desktop =
+      std::make_shared<testing::RecordingDesktop>();
   MemoryGrid grid{"Day Book"};
 };
 
@@ -149,10 +122,12 @@ TEST_F(CPrintTest, PreparingStoresTheJobValues) {
   EXPECT_FALSE(print.ReBuild());
   const std::string text = testing::ReadFile(print.GetKelFile());
   EXPECT_NE(text.find("   Day Book" + std::string(11, ' ') + " Page 5\r\n"), std::string::npos);
-  EXPECT_NE(text.find("21/11/2026 02:05:09 PMEnd \r\n"), std::string::npos);
+  EXPECT_NE(text.find("15/11/2026 02:05:09 PMEnd \r\n"), std::string::npos);
   ASSERT_EQ(job.page_offsets->size(), static_cast<std::size_t>(job.page_count));
-  EXPECT_EQ(desktop->waits, "Preparing Pages... 0..39\nclosed\n");
-  EXPECT_EQ(desktop->steps, 40);
+  std::vector<std::string> calls(42, "step 1 -");
+  calls.front() = "wait Preparing Pages... 0..39";
+  calls.back() = "unload";
+  EXPECT_EQ(desktop->calls, calls);
 }
 
 TEST_F(CPrintTest, AFailureLeavesTheFileBeforeAndGoesDownTheCommonErrorPath) {
@@ -161,7 +136,6 @@ TEST_F(CPrintTest, AFailureLeavesTheFileBeforeAndGoesDownTheCommonErrorPath) {
   const std::string before = testing::ReadFile(print.GetKelFile());
   const JobValues job = CurrentJob();
 
-  desktop->waits.clear();
   print.ReBuild(true);
   print.PrepareReport(grid, 0, 0, 99, 1, 0);  // the grid ends with row 39
   ASSERT_TRUE(print.LastError());
@@ -169,8 +143,8 @@ TEST_F(CPrintTest, AFailureLeavesTheFileBeforeAndGoesDownTheCommonErrorPath) {
   EXPECT_EQ(testing::ReadFile(print.GetKelFile()), before);
   EXPECT_TRUE(print.ReBuild());
   EXPECT_EQ(CurrentJob().page_count, job.page_count);
-  EXPECT_TRUE(desktop->waits.ends_with("closed\n"));
-  EXPECT_EQ(desktop->messages.rfind("9 : Subscript out of range", 0), 0U) << desktop->messages;
+  EXPECT_EQ(std::count(desktop->calls.begin(), desktop->calls.end(), "unload"), 2);
+  EXPECT_EQ(desktop->messages.at(0).prompt.rfind("9 : Subscript out of range", 0), 0U);
   EXPECT_NE(testing::ReadFile(TempFolder() / "Error.log").find("[DLL.PrepareReport],9 : "),
             std::string::npos);
 
@@ -196,10 +170,10 @@ TEST_F(CPrintTest, ThePageRangeIsCutOutOfTheLastPreparedFile) {
   EXPECT_EQ(print.LastError()->Number(), error_number::kInvalidProcedureCall);
   Prepare(print);
   ASSERT_GE(print.Pages(), 3);
-  desktop->waits.clear();
+  desktop->calls.clear();
   print.CopyPageRange(2, 3);
   ASSERT_FALSE(print.LastError());
-  EXPECT_EQ(desktop->waits.rfind("Printing Pages (2-3)", 0), 0U);
+  EXPECT_EQ(desktop->calls.front().rfind("wait Printing Pages (2-3)", 0), 0U);
   const std::string all = testing::ReadFile(print.GetKelFile());
   const std::vector<std::uint64_t>& offsets = *CurrentJob().page_offsets;
   EXPECT_EQ(testing::ReadFile(print.PageRangeFile()),

@@ -38,24 +38,45 @@ TEST_F(RecordsetGridTest, WidthsHoldHeadingsAndSampledRows) {
   EXPECT_EQ(grid.MeasureWidths(2, 8), (std::vector<Cells>{5, 3, 5, 8}));
 }
 
-TEST_F(RecordsetGridTest, RowsReadAheadAreHandedOutOnceAndTheRestFollows) {
+TEST_F(RecordsetGridTest, EveryRowComesOnceHoweverItWasReadAhead) {
+  constexpr std::int32_t kRows = 3000;  // several batches
   std::string csv = "n\n";
-  for (int i = 1; i <= 20; ++i) csv += std::to_string(i) + "\n";
-  for (const std::int32_t sample : {0, 1, 5, 100}) {
-    RecordsetGrid grid(Rows(csv), "t");
-    grid.MeasureWidths(sample, 40);
-    ASSERT_TRUE(grid.SetRow(0));
-    EXPECT_EQ(grid.TextMatrix(0, 0), "n");
-    EXPECT_EQ(grid.CellBackColor(), kButtonFace);
-    for (const std::int32_t row : {1, 2, 4, 5, 6, 7, 20}) {
-      ASSERT_TRUE(grid.SetRow(row));
-      EXPECT_EQ(grid.TextMatrix(row, 0), std::to_string(row));
-      EXPECT_NE(grid.CellBackColor(), kButtonFace);
+  for (int i = 1; i <= kRows; ++i) csv += std::to_string(i) + "\n";
+  for (const std::int32_t sample : {0, 1, 255, 256, 1000, 5000}) {
+    for (const std::int32_t first_walk : {0, 1, 700, kRows}) {
+      RecordsetGrid grid(Rows(csv), "t");
+      grid.MeasureWidths(sample, 40);
+      ASSERT_TRUE(grid.SetRow(0));
+      EXPECT_EQ(grid.TextMatrix(0, 0), "n");
+      EXPECT_EQ(grid.CellBackColor(), kButtonFace);
+      grid.BeginWalk();
+      for (std::int32_t row = 1; row <= kRows; row += row < 300 ? 1 : 17) {
+        if (row > first_walk) grid.EndWalk();
+        ASSERT_TRUE(grid.SetRow(row));
+        ASSERT_EQ(grid.TextMatrix(row, 0), std::to_string(row)) << sample << ' ' << first_walk;
+      }
+      EXPECT_FALSE(grid.SetRow(kRows + 1));
+      EXPECT_THROW(grid.TextMatrix(kRows + 1, 0), Error);
+      EXPECT_THROW(grid.SetRow(3), Error);
+      grid.EndWalk();
     }
-    EXPECT_FALSE(grid.SetRow(21));
-    EXPECT_FALSE(grid.SetRow(30));
-    EXPECT_THROW(grid.SetRow(3), Error);
-    EXPECT_THROW(grid.TextMatrix(30, 1), Error);
+  }
+}
+
+TEST_F(RecordsetGridTest, AFailureComesAfterTheRowsBeforeIt) {
+  std::string csv = "a,b\n";
+  for (int i = 1; i < 1500; ++i) csv += std::to_string(i) + ",x\n";
+  csv += "1500,x,one too many\n1501,x\n";
+  for (const bool ahead : {false, true}) {
+    RecordsetGrid grid(Rows(csv), "t");
+    if (ahead) grid.BeginWalk();
+    for (std::int32_t row = 1; row < 1500; ++row) {
+      ASSERT_TRUE(grid.SetRow(row));
+      ASSERT_EQ(grid.TextMatrix(row, 0), std::to_string(row));
+    }
+    EXPECT_THROW(grid.SetRow(1500), Error);
+    EXPECT_FALSE(grid.SetRow(1501)) << "there is nothing after it";
+    grid.EndWalk();
   }
 }
 

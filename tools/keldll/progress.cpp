@@ -2,7 +2,12 @@
 
 #include <unistd.h>
 
+#include <chrono>
+#include <cstddef>
 #include <cstdio>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace kel::command {
 namespace {
@@ -20,28 +25,46 @@ std::string PerSecond(std::int64_t count, double seconds) {
   return std::to_string(static_cast<std::int64_t>(static_cast<double>(count) / seconds));
 }
 
-}  // namespace
+// While the library waits for rows, a terminal on standard error shows, after one second, how many
+// rows and pages are done and how fast; the line goes away with the wait window.
+class ProgressLine : public WaitWindow {
+ public:
+  explicit ProgressLine(std::function<std::int64_t()> pages)
+      : pages_(std::move(pages)), terminal_(isatty(STDERR_FILENO) == 1) {}
+  ~ProgressLine() override { Erase(); }
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
 
-ProgressDesktop::ProgressDesktop(std::function<std::int64_t()> pages)
-    : pages_(std::move(pages)), terminal_(isatty(STDERR_FILENO) == 1) {}
+  void Show(const WaitRequest& /*request*/) override {
+    rows_ = 0;
+    steps_until_look_ = kStepsBetweenLooks;
+    begun_ = last_look_ = Time::now();
+    draw_next_ = begun_ + kQuietTime;
+  }
+  bool Step(std::int32_t step, const std::optional<std::string>& /*caption*/) override {
+    rows_ += step;
+    if (terminal_ && --steps_until_look_ <= 0) LookAtClock();
+    return true;
+  }
 
-ProgressDesktop::~ProgressDesktop() { Erase(); }
+ private:
+  using Time = std::chrono::steady_clock;
 
-void ProgressDesktop::ShowWait(const WaitRequest& request) {
-  HeadlessDesktop::ShowWait(request);
-  rows_ = 0;
-  steps_until_look_ = kStepsBetweenLooks;
-  begun_ = last_look_ = Time::now();
-  draw_next_ = begun_ + kQuietTime;
-}
+  void LookAtClock();
+  void Draw(Time::duration worked);
+  void Erase();
 
-bool ProgressDesktop::StepWait(std::int32_t step, const std::optional<std::string>& caption) {
-  rows_ += step;
-  if (terminal_ && --steps_until_look_ <= 0) LookAtClock();
-  return HeadlessDesktop::StepWait(step, caption);
-}
+  std::function<std::int64_t()> pages_;
+  bool terminal_;
+  std::int64_t rows_ = 0;
+  int steps_until_look_ = 0;
+  Time::time_point begun_;
+  Time::time_point last_look_;
+  Time::time_point draw_next_;
+  std::size_t drawn_ = 0;  // characters on the terminal's line
+};
 
-void ProgressDesktop::LookAtClock() {
+void ProgressLine::LookAtClock() {
   const Time::time_point now = Time::now();
   steps_until_look_ = now - last_look_ > kSlowLook ? 1 : kStepsBetweenLooks;
   last_look_ = now;
@@ -50,7 +73,7 @@ void ProgressDesktop::LookAtClock() {
   draw_next_ = now + kBetweenDraws;
 }
 
-void ProgressDesktop::Draw(Time::duration worked) {
+void ProgressLine::Draw(Time::duration worked) {
   const double seconds = std::chrono::duration<double>(worked).count();
   const std::int64_t pages = pages_();
   std::string line = std::to_string(rows_) + " rows, " + std::to_string(pages) + " pages, " +
@@ -63,16 +86,17 @@ void ProgressDesktop::Draw(Time::duration worked) {
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-void ProgressDesktop::UnloadWait() {
-  Erase();
-  HeadlessDesktop::UnloadWait();
-}
-
-void ProgressDesktop::Erase() {
+void ProgressLine::Erase() {
   if (drawn_ == 0) return;
   const std::string blank = '\r' + std::string(drawn_, ' ') + '\r';
   std::fwrite(blank.data(), 1, blank.size(), stderr);
   drawn_ = 0;
+}
+
+}  // namespace
+
+std::unique_ptr<WaitWindow> ProgressDesktop::MakeWaitWindow() {
+  return std::make_unique<ProgressLine>(pages_);
 }
 
 }  // namespace kel::command
