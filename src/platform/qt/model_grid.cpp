@@ -17,7 +17,7 @@ namespace {
 }
 
 std::string TextOf(const QVariant& shown) {
-  // QVariant would write 1250000.0 with an exponent.
+  // QVariant would write 100000000.0 with an exponent.
   if (shown.typeId() == QMetaType::Double) return NumberText(shown.toDouble());
   return shown.toString().toStdString();
 }
