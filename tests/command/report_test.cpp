@@ -64,11 +64,11 @@ Code   Account                 Balance
 TEST_F(ReportTest, CsvAndStatementsStreamUnderTheirNames) {
   const std::string csv = Write("day book.csv", "Day,Text,Amount\n01/04,\"Rent, due\",-1250.50\n");
   EXPECT_TRUE(Contains(Report({csv}), Bytes(R"(
-day book           Page 1
--------------------------
-Day   Text         Amount
--------------------------
-01/04 Rent, due  -1250.50
+day book          Page 1
+------------------------
+Day   Text        Amount
+------------------------
+01/04 Rent, due -1250.50
 ---)")));
   const std::string db = WriteDatabase(Path("books.db"),
                                        "CREATE TABLE Ledger (Code TEXT, Amount DOUBLE, Note TEXT);"

@@ -25,8 +25,8 @@ using testing::WriteFile;
 // Runs in a folder of its own, whose files it knows by their names alone.
 class FileTest : public ::testing::Test {
  protected:
-  FileTest() { fs::current_path(folder_.Path()); }
-  ~FileTest() override { fs::current_path(before_); }
+  void SetUp() override { fs::current_path(folder_.Path()); }
+  void TearDown() override { fs::current_path(before_); }
 
   static void Replace(const fs::path& path, const std::string& text, Links links = Links::kFollow) {
     OutputFile file(path, links);

@@ -1,8 +1,7 @@
 // A folder of a test's own, gone when the test ends.
 #pragma once
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
