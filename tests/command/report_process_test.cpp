@@ -78,7 +78,7 @@ TEST_F(ReportProcessTest, LongWorkTakesNoMoreMemoryAndShowsItsProgressOnATermina
   int other_end = -1;  // kept open, it keeps the text readable after the child has ended
   std::array<char, 64> name{};
   ASSERT_EQ(openpty(&terminal, &other_end, name.data(), nullptr, nullptr), 0);
-  EXPECT_EQ(Wait(Start({"report", Write("b.csv", Rows("b", 2'000))}, "", name.data())).status, 0);
+  EXPECT_EQ(Wait(Start({"report", Write("b.csv", Rows("b", 600))}, "", name.data())).status, 0);
   EXPECT_EQ(Shown(terminal), "");  // of short work
 
   const Child child = StartOnFifo("a.csv", "a.txt", name.data());

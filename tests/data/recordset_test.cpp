@@ -67,10 +67,11 @@ TEST_F(RecordsetTest, FieldValuesFollowTheAdoTypeWhereItFits) {
       "               g MONEY, h DATETIME, i DECIMAL(20,2));"
       "INSERT INTO t VALUES (-7, 12.345, '2026-03-31 06:00:00', 1, 0.25, 'x', NULL, 'soon', '1x')");
   rows_.Open("SELECT * FROM t", books);
-  Value::Array values;
-  for (int i = 0; i < rows_.FieldCount(); ++i) values.push_back(rows_.FieldValue(i));
-  EXPECT_EQ(values, (Value::Array{-7, Currency{123450}, Date{46112.25}, true, 0.25, "x",
-                                  Value::Null(), "soon", "1x"}));
+  const Value::Array values = {-7,  Currency{123450}, Date{46112.25}, true, 0.25,
+                               "x", Value::Null(),    "soon",         "1x"};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    EXPECT_EQ(rows_.FieldValue(static_cast<int>(i)), values[i]) << i;
+  }
 }
 
 TEST_F(RecordsetTest, WrongUseGivesAdoErrors) {

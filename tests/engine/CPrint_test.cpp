@@ -88,18 +88,20 @@ TEST_F(CPrintTest, RefreshReadsTheSectionOfTheStoredMode) {
 }
 
 TEST_F(CPrintTest, AStoredTextOfTheWrongTypeLeavesItsDefaultAndIsTold) {
-  for (const auto& [key, text] :
-       {std::pair("Lines", "sixty"), std::pair("Lines", ""), std::pair("Lines", "99999"),
-        std::pair("Lines", "6.5"), std::pair("Lines", "0x40"), std::pair("Portrait", "yes"),
-        std::pair("TopMargin", "32768"), std::pair("PageWidth", "1e40"),
-        std::pair("PageWidth", "inf"), std::pair("PageWidth", "8.5in")}) {
+  constexpr const char* kDos = "Setup\\DOS";
+  for (const auto& [section, key, text] :
+       {std::tuple(kDos, "Lines", "sixty"), std::tuple(kDos, "Lines", ""),
+        std::tuple(kDos, "Lines", "99999"), std::tuple(kDos, "Lines", "6.5"),
+        std::tuple(kDos, "Lines", "0x40"), std::tuple("Setup\\Windows", "Portrait", "yes"),
+        std::tuple(kDos, "TopMargin", "32768"), std::tuple(kDos, "PageWidth", "1e40"),
+        std::tuple(kDos, "PageWidth", "inf"), std::tuple(kDos, "PageWidth", "8.5in")}) {
     store = std::make_shared<MemorySettingsStore>();
     CurrentHost().settings = store;
-    store->Write("Setup\\DOS", key, text);
+    store->Write(section, key, text);
     const CPrint print;
     ASSERT_TRUE(print.LastError()) << text;
     EXPECT_EQ(print.LastError()->Number(), error_number::kTypeMismatch);
-    EXPECT_TRUE(testing::Contains(*print.LastError(), std::string("Setup\\DOS/") + key));
+    EXPECT_TRUE(testing::Contains(*print.LastError(), std::string(section) + "/" + key));
     EXPECT_TRUE(print.Lines() == 60 && print.TopMargin() == 5 && print.PageWidth() == 8.5F);
     EXPECT_TRUE(print.Cols() == 80 && print.Portrait()) << "what comes after it is loaded";
   }

@@ -139,7 +139,7 @@ TEST_F(ReportLayoutTest, AFullLastPageIsFollowedByAPageWithHeadingsAndTheEndFoot
 TEST_F(ReportLayoutTest, EveryPageHasPageLengthLinesAndEndsWithAFormFeed) {
   for (const int lines : {7, 8, 9, 13, 60}) {
     for (const int rows : {0, 1, 2, 3, 50, 51, 52, 53, 54}) {
-      for (const std::size_t title_count : {0, 1, 4}) {
+      for (const std::size_t title_count : {0U, 1U, 4U}) {
         settings.lines = lines + static_cast<int>(title_count);
         settings.top_margin = rows % 3;
         titles.assign(title_count, "title");
@@ -256,6 +256,7 @@ TEST_F(ReportLayoutTest, PageLineAndFootAreCutToNarrowLines) {
     first_page = page;
     const Strings lines = LayOut(grid, {width});
     EXPECT_EQ(lines[1], page_line);
+    EXPECT_EQ(lines[6], std::string(static_cast<std::size_t>(width), '-'));
     EXPECT_EQ(lines[7], foot);
   }
 }
