@@ -56,7 +56,7 @@ class CommandTest : public ::testing::Test {
   Child Start(const Words& words, const std::string& out = "", const std::string& err = "") {
     const std::string run = Path(std::to_string(++runs_));
     Child child{0, out.empty() ? run + ".out" : out, err.empty() ? run + ".err" : err};
-    const std::string redirected = "exec \"$0\" \"$@\" >" + child.out + " 2>" + child.err;
+    const std::string redirected = R"(exec "$0" "$@" >)" + child.out + " 2>" + child.err;
     Words all = Words{"/bin/sh", "-c", redirected, KELDLL_COMMAND} + words;
     std::vector<char*> pointers;
     for (std::string& word : all) pointers.push_back(word.data());

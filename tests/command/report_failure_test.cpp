@@ -27,8 +27,8 @@ TEST_F(ReportFailureTest, FailureLeavesEveryFileAsItWas) {
   const std::vector<std::pair<Words, Words>> cases = {
       {{Path("none.csv")}, {"none.csv", "No such file"}},
       {{table_ + "/below.json"}, {"table.csv/below.json", "Not a directory"}},
-      {{Write("bad.json", "{\"TextMatrix\": [[\"a\",]]}")}, {"bad.json: line 1, column 22: "}},
-      {{Write("no.json", "{\"TextMatrix\": [[], []]}")}, {"no.json", "no cells"}},
+      {{Write("bad.json", R"({"TextMatrix": [["a",]]})")}, {"bad.json: line 1, column 22: "}},
+      {{Write("no.json", R"({"TextMatrix": [[], []]})")}, {"no.json", "no cells"}},
       {{Write("bad.csv", "A,B\n1,2\n1,\"2\n")}, {"bad.csv"}},
       {{"--db", table_, "--sql", "SELECT 1"}, {"table.csv", "not a database"}},
       {select("SELECT\nB\nFROM T"), {"SELECT B FROM T", "no such column: B"}},

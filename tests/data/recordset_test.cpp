@@ -53,8 +53,8 @@ TEST_F(RecordsetTest, FieldTextsAreTheShortestThatReadBackAndStandSideBySide) {
       "SELECT c, d, NULL, 0.1, 0.1 + 0.2, 1e22, 1250.0, -0.0, -9223372036854775807 - 1, '1250.0', "
       "x'4142', x'', 'caf\u00e9' || char(0) || 'x' FROM t",
       books);
-  std::vector<std::string_view> texts;
-  for (int i = 0; i < rows_.FieldCount(); ++i) texts.push_back(rows_.FieldText(i));
+  std::vector<std::string_view> texts(static_cast<std::size_t>(rows_.FieldCount()));
+  for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = rows_.FieldText(static_cast<int>(i));
   const std::string_view with_nul("caf\u00e9\0x", 7);
   EXPECT_EQ(texts, (std::vector<std::string_view>{"True", "False", "", "0.1", "0.30000000000000004",
                                                   "1E+22", "1250", "0", "-9223372036854775808",
@@ -69,9 +69,7 @@ TEST_F(RecordsetTest, FieldValuesFollowTheAdoTypeWhereItFits) {
   rows_.Open("SELECT * FROM t", books);
   const Value::Array values = {-7,  Currency{123450}, Date{46112.25}, true, 0.25,
                                "x", Value::Null(),    "soon",         "1x"};
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    EXPECT_EQ(rows_.FieldValue(static_cast<int>(i)), values[i]) << i;
-  }
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(rows_.FieldValue(i), values[static_cast<std::size_t>(i)]);
 }
 
 TEST_F(RecordsetTest, WrongUseGivesAdoErrors) {
