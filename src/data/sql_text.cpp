@@ -204,7 +204,7 @@ std::string OneLineSql(std::string_view sql) {
     if (line.size() >= kMessageBytes + (starts_character ? 0 : kCharacterBytes - 1)) {
       return line + "...";
     }
-    if (!IsBlank(c)) {
+    if (!IsBlank(c) && c != '\0') {
       line += c;
     } else if (!line.empty() && line.back() != ' ') {
       line += ' ';

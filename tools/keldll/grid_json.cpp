@@ -96,7 +96,6 @@ class GridHandler {
   JsonGrid read_;
   std::string row_texts_;
   std::vector<std::size_t> row_ends_;  // of each cell in row_texts_
-  bool ragged_ = false;                // rows of different lengths
   std::vector<std::int32_t> pair_;
   std::vector<std::int32_t> alignments_;
   std::int32_t fixed_rows_ = 1;
@@ -195,8 +194,6 @@ void GridHandler::EndRow() {
     cells.push_back(std::string_view(row_texts_).substr(begin, end - begin));
     begin = end;
   }
-  const std::int32_t widest = read_.grid.Cols();
-  ragged_ = ragged_ || (read_.grid.Rows() > 0 && cells.size() != static_cast<std::size_t>(widest));
   read_.grid.AddRow(cells);
   row_texts_.clear();
   row_ends_.clear();
@@ -219,23 +216,8 @@ JsonGrid GridHandler::Finish() {
   return std::move(read_);
 }
 
-// A grid keeps fonts only of cells that its rows really have, so rows that are too short for a
-// marked cell are written out.
-MemoryGrid WithFullRows(const MemoryGrid& grid) {
-  MemoryGrid full("");
-  std::vector<std::string_view> cells(static_cast<std::size_t>(grid.Cols()));
-  for (std::int32_t row = 0; row < grid.Rows(); ++row) {
-    for (std::int32_t col = 0; col < grid.Cols(); ++col) {
-      cells[static_cast<std::size_t>(col)] = grid.Text(row, col);
-    }
-    full.AddRow(cells);
-  }
-  return full;
-}
-
 void GridHandler::ApplyFonts() {
   MemoryGrid& grid = read_.grid;
-  if (ragged_ && !fonts_.empty()) grid = WithFullRows(grid);
   for (const auto& [cell, font] : fonts_) {
     const auto [row, col] = cell;
     if (row < 0 || row >= grid.Rows() || col < 0 || col >= grid.Cols()) {
