@@ -108,11 +108,12 @@ std::unique_ptr<Driver> OpenSqlite(const std::filesystem::path& path, Access acc
   Opened opened = Open(path, access, lock_wait);
   if (access == Access::kRead && (opened.code & kPrimaryCode) == SQLITE_READONLY) {
     // A writer was killed in the middle and left its journal; undoing what it had begun is writing.
-    Opened recovered = Open(path, Access::kReadWrite, lock_wait);
+    const Opened recovered = Open(path, Access::kReadWrite, lock_wait);
     if (recovered.code == SQLITE_OK) opened = Open(path, access, lock_wait);
   }
-  if (opened.code != SQLITE_OK)
+  if (opened.code != SQLITE_OK) {
     throw SqliteError(what_failed, sqlite3_errmsg(opened.database.get()));
+  }
   return std::make_unique<SqliteDriver>(opened.database);
 }
 

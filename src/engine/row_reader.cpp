@@ -88,7 +88,13 @@ void RowReader::ReadAhead() {
     lock.unlock();
     Filled filled = Fill(std::move(rows));
     lock.lock();
-    HandOver(std::move(filled));
+    try {
+      HandOver(std::move(filled));
+    } catch (...) {
+      // No memory for it; an exception may not leave the thread, so it waits for the caller.
+      ended_ = true;
+      failure_ = std::current_exception();
+    }
     changed_.notify_all();
     changed_.wait(lock, [this] { return ready_.size() < kMostReady || stopping_; });
   }

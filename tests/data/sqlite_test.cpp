@@ -135,5 +135,23 @@ TEST_F(SqliteTest, WhatIsNoDatabaseIsRefusedAtOpening) {
   EXPECT_TRUE(Contains(OpenError(folder_.Path()), "unable to open database file"));
 }
 
+TEST_F(SqliteTest, WhatAKilledWriterHadBegunIsUndoneBeforeReading) {
+  Make("CREATE TABLE t (x TEXT)");
+  const std::unique_ptr<Driver> writer = OpenSqlite(books_, Access::kReadWrite);
+  writer->Execute(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000) "
+      "INSERT INTO t SELECT 'old' || hex(zeroblob(50)) FROM n");
+  writer->Execute("PRAGMA cache_size = 2");  // so that changed pages reach the file at once
+  writer->Execute("BEGIN");
+  writer->Execute("UPDATE t SET x = 'new'");
+  std::filesystem::copy(books_, folder_ / "killed.db");
+  std::filesystem::copy(folder_ / "books.db-journal", folder_ / "killed.db-journal");
+  const std::unique_ptr<Statement> rows =
+      OpenSqlite(folder_ / "killed.db", Access::kRead)
+          ->Prepare("SELECT count(*) FROM t WHERE x LIKE 'old%'");
+  ASSERT_TRUE(rows->Step());
+  EXPECT_EQ(rows->Cell(0).integer, 2000);
+}
+
 }  // namespace
 }  // namespace kel

@@ -107,6 +107,8 @@ TEST_F(QtSettingsStoreTest, WhatHoldsNoSettingsIsAnErrorEachTimeAndIsNotOverwrit
   testing::WriteFile(file_, "%PDF-1.4\n1 0 obj\n");
   expect_error(error_number::kInvalidFileFormat);
   EXPECT_EQ(testing::ReadFile(file_), "%PDF-1.4\n1 0 obj\n");
+  store_.Clear();
+  EXPECT_TRUE(store_.Sections().empty()) << "a damaged store can be begun afresh";
 }
 
 }  // namespace
