@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +8,7 @@ here="$root/benchmarks"
 "$root/scripts/setup.sh"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
-cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark
+cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark
 build="$root/build/release"
 
 # Data and results lie on the memory file system, so that the disk takes no part.
@@ -60,6 +60,38 @@ words_benchmark() {
   done
 }
 
-for name in "${@:-report layout words}"; do
+preview_benchmark() {
+  local pages
+  for pages in 1000 100000; do
+    "$build/benchmarks/preview_benchmark" write "$work/report.rpt" "$pages"
+    "$build/benchmarks/preview_benchmark" show "$work/report.rpt" "$pages" 2>/dev/null
+    rm "$work/report.rpt"
+  done
+}
+
+# search_times KIND: texts that are not in the report, beside grep without regard to case.
+search_times() {
+  local text ours yardstick
+  for text in zebra 'no such text' 'Party nomination' 'नकद खाते' '~'; do
+    yardstick=$(seconds sh -c 'LC_ALL=C.UTF-8 grep -ic "$1" "$2" || true' sh "$text" "$work/report.rpt")
+    ours=$("$build/benchmarks/search_benchmark" "$work/report.rpt" "$text" | cut -d' ' -f1)
+    echo "search: $1, absent '$text' $ours s, grep -ic $yardstick s, ratio $(ratio "$ours" "$yardstick") (at most 1)"
+  done
+}
+
+search_benchmark() {
+  local name="iif(No % 2, Party, 'नकद खाता')" widths=8,14,24,10,14,14,2,20
+  python3 "$here/make_entries.py" "$work/books.db" "$work/lines" 5400000  # 100,000 pages
+  "$build/keldll" report --db "$work/books.db" --sql 'SELECT * FROM Entry' --widths $widths -o "$work/report.rpt"
+  search_times "$(du -m "$work/report.rpt" | cut -f1) MB of ASCII"
+  sed -i $'s/^\(.*\)\(Party name\)/\x01\\1\x1bE\\2\x1bF/' "$work/report.rpt"
+  search_times "a code in most lines"
+  "$build/keldll" report --db "$work/books.db" --widths $widths -o "$work/report.rpt" --sql \
+    "SELECT No, Voucher, $name AS Party, Date, Debit, Credit, DC, Narration FROM Entry"
+  search_times "Hindi in half of the lines"
+  rm "$work/books.db" "$work/lines" "$work/report.rpt"
+}
+
+for name in "${@:-report layout words preview search}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

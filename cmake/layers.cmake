@@ -9,13 +9,13 @@ function(keldll_layer name)
   set_property(TARGET keldll_${name} PROPERTY KELDLL_NEEDS ${layer_NEEDS})
 endfunction()
 
-# Sets `result` to the layer and all layers below it, as far down as, and without, `above`.
-function(keldll_layers_from name above result)
+# Sets `result` to the layer and all layers below it.
+function(keldll_layers_from name result)
   set(pending ${name})
   set(layers "")
   while(pending)
     list(POP_FRONT pending layer)
-    if(NOT layer IN_LIST layers AND NOT layer STREQUAL "${above}")
+    if(NOT layer IN_LIST layers)
       list(APPEND layers ${layer})
       get_property(needs TARGET keldll_${layer} PROPERTY KELDLL_NEEDS)
       list(APPEND pending ${needs})
@@ -26,18 +26,22 @@ endfunction()
 
 # Links `target` with the objects of a layer and of all layers below it.
 function(keldll_link_layer target name)
-  keldll_layers_from(${name} "" layers)
+  keldll_layers_from(${name} layers)
   foreach(layer IN LISTS layers)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:keldll_${layer}>)
   endforeach()
   target_link_libraries(${target} PRIVATE keldll_${name})
 endfunction()
 
-# keldll_library(core LAYER export) makes the library KelDll::core of a layer and those below it,
-# down to the layer ABOVE which it begins.
+# keldll_library(core LAYER preview) makes the library KelDll::core of a layer and those below it,
+# without the layer ABOVE which it begins and what stands below that.
 function(keldll_library name)
   cmake_parse_arguments(library "" "LAYER;ABOVE" "" ${ARGN})
-  keldll_layers_from(${library_LAYER} "${library_ABOVE}" layers)
+  keldll_layers_from(${library_LAYER} layers)
+  if(library_ABOVE)
+    keldll_layers_from(${library_ABOVE} held_elsewhere)
+    list(REMOVE_ITEM layers ${held_elsewhere})
+  endif()
   list(TRANSFORM layers REPLACE "(.+)" "$<TARGET_OBJECTS:keldll_\\1>" OUTPUT_VARIABLE objects)
   add_library(keldll_${name} ${objects})
   add_library(KelDll::${name} ALIAS keldll_${name})

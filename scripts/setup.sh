@@ -3,8 +3,9 @@
 set -euo pipefail
 
 packages=(
-  build-essential ca-certificates clang clang-format clang-tidy cmake git libbenchmark-dev libclang-rt-14-dev
-  libgtest-dev libsqlite3-dev libutf8proc-dev ninja-build pkg-config python3 qt6-base-dev rapidjson-dev time
+  build-essential ca-certificates clang clang-format clang-tidy cmake fonts-dejavu-core fonts-lohit-deva git
+  libbenchmark-dev libclang-rt-14-dev libgtest-dev libqt6svg6-dev libsqlite3-dev libutf8proc-dev ninja-build
+  pkg-config python3 qt6-base-dev rapidjson-dev time xdotool xvfb
 )
 
 missing=()

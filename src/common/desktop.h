@@ -56,7 +56,8 @@ class WaitWindow {
   virtual bool Step(std::int32_t step, const std::optional<std::string>& caption) = 0;
 };
 
-/// The screen as the library sees it. Calls come on the thread that called the library.
+/// The screen as the library sees it, in its pixels at 100 %. Calls come on the thread that called
+/// the library.
 /// An implementation throws Error when the screen refuses; it never ends the program.
 class Desktop {
  public:
@@ -74,6 +75,12 @@ class Desktop {
   virtual void DoEvents() = 0;
   /// The rectangle of a control on the screen; nothing when it has none.
   virtual std::optional<RECT> ScreenRect(Object& control) = 0;
+  /// The part of the screen that windows may cover: without task bars and docks.
+  virtual RECT WorkArea() = 0;
+  /// Shows, one after the other and `pause` each, the outlines that lead from one rectangle to the
+  /// other in `steps` equal steps; the screen looks as before afterwards.
+  virtual void DrawWireRects(const RECT& from, const RECT& to, int steps,
+                             std::chrono::milliseconds pause) = 0;
 };
 
 }  // namespace kel

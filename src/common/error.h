@@ -12,6 +12,7 @@ inline constexpr int kInvalidProcedureCall = 5;
 inline constexpr int kOverflow = 6;
 inline constexpr int kOutOfMemory = 7;
 inline constexpr int kSubscriptOutOfRange = 9;
+inline constexpr int kDivisionByZero = 11;
 inline constexpr int kTypeMismatch = 13;
 inline constexpr int kInternalError = 51;
 inline constexpr int kBadFileName = 52;
@@ -25,6 +26,7 @@ inline constexpr int kInvalidUseOfNull = 94;
 inline constexpr int kNoSuchMember = 438;
 inline constexpr int kNoSuchInterface = 430;
 inline constexpr int kInvalidFileFormat = 321;
+inline constexpr int kPrinterError = 482;
 inline constexpr int kDatabase = 3704;
 }  // namespace error_number
 

@@ -14,6 +14,15 @@ namespace kel {
 /// are opened without, so that a planted link leads nowhere.
 enum class Links { kFollow, kRefuse };
 
+/// What tells one content of a path from another without reading it.
+struct FileStamp {
+  std::uint64_t device = 0;
+  std::uint64_t node = 0;
+  std::uint64_t size = 0;
+  std::int64_t modified = 0;  // nanoseconds
+  bool operator==(const FileStamp&) const = default;
+};
+
 /// An open file to read. One object is used by one thread at a time.
 class InputFile {
  public:
@@ -25,6 +34,7 @@ class InputFile {
 
   /// Bytes in the file now; 0 for a pipe.
   std::uint64_t Size() const;
+  FileStamp Stamp() const;
   /// Reads at the current position, as many bytes as there are up to the buffer's size; 0 at the
   /// end.
   std::size_t Read(std::span<char> buffer);

@@ -111,6 +111,22 @@ std::uint64_t InputFile::Size() const {
   return S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
+FileStamp InputFile::Stamp() const {
+  struct stat status {};
+  if (::fstat(descriptor_, &status) == -1) Throw("cannot read", path_);
+  FileStamp stamp;
+  stamp.device = status.st_dev;
+  stamp.node = status.st_ino;
+  stamp.size = static_cast<std::uint64_t>(status.st_size);
+#ifdef __APPLE__
+  const timespec modified = status.st_mtimespec;
+#else
+  const timespec modified = status.st_mtim;
+#endif
+  stamp.modified = std::int64_t{modified.tv_sec} * 1'000'000'000 + modified.tv_nsec;
+  return stamp;
+}
+
 std::size_t InputFile::Read(std::span<char> buffer) {
   const ssize_t count = Retried([&] { return ::read(descriptor_, buffer.data(), buffer.size()); });
   if (count == -1) Throw("cannot read", path_);

@@ -13,12 +13,6 @@ constexpr std::string_view kDefaultTitle = "Information";
 
 constexpr int kButtonStyleMask = 3;
 
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 // One write, so that lines of several threads do not mix.
 void PutLine(std::string_view title, std::string_view message) {
   std::string line;
@@ -43,7 +37,7 @@ class HeadlessWaitWindow : public WaitWindow {
 }  // namespace
 
 bool HeadlessDesktop::ShowMessage(const MessageRequest& request) {
-  PutLine(request.title ? Trimmed(*request.title) : kDefaultTitle, request.prompt);
+  PutLine(request.title ? TrimBlanks(*request.title) : kDefaultTitle, request.prompt);
   return DefaultAnswer(request.buttons);
 }
 
@@ -52,7 +46,7 @@ std::unique_ptr<WaitWindow> HeadlessDesktop::MakeWaitWindow() {
 }
 
 void HeadlessDesktop::Flash(const FlashRequest& request) {
-  PutLine(request.subject ? Trimmed(*request.subject) : std::string_view(), request.message);
+  PutLine(request.subject ? TrimBlanks(*request.subject) : std::string_view(), request.message);
 }
 
 }  // namespace kel

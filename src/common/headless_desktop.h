@@ -16,6 +16,9 @@ class HeadlessDesktop : public Desktop {
   void SetMousePointer(MousePointer /*pointer*/) override {}
   void DoEvents() override {}
   std::optional<RECT> ScreenRect(Object& /*control*/) override { return std::nullopt; }
+  RECT WorkArea() override { return {}; }
+  void DrawWireRects(const RECT& /*from*/, const RECT& /*to*/, int /*steps*/,
+                     std::chrono::milliseconds /*pause*/) override {}
 };
 
 }  // namespace kel

@@ -85,6 +85,12 @@ bool IsPlain(std::string_view text) noexcept {
   return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(done), text.end(), IsPlainByte);
 }
 
+std::string_view TrimBlanks(std::string_view text) noexcept {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
 std::string CleanText(std::string_view text) {
   constexpr std::string_view kTurnedBlank("\r\n\t\f\x01\0", 6);
   std::string clean;

@@ -30,6 +30,9 @@ struct TextPiece {
 /// text may go into a report line as it is.
 bool IsPlain(std::string_view text) noexcept;
 
+/// The text without the blanks at its ends (Trim).
+std::string_view TrimBlanks(std::string_view text) noexcept;
+
 /// The text as a report line can hold it: CR LF, CR, LF, TAB, Chr(12), Chr(1) and NUL become one
 /// blank each. ESC and everything else passes.
 std::string CleanText(std::string_view text);

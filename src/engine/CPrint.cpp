@@ -65,6 +65,19 @@ std::string PathOrEmpty(std::filesystem::path (*path)()) {
 
 }  // namespace
 
+// The part of a grid that a caller asked for.
+struct CallerRange {
+  std::optional<std::int32_t> row1;
+  std::optional<std::int32_t> col1;
+  std::optional<std::int32_t> row2;
+  std::optional<std::int32_t> col2;
+};
+
+ReportRange WholeRange(GridSource& grid, const CallerRange& asked, PageNumber first_page) {
+  return {asked.row1.value_or(0), asked.col1.value_or(0), asked.row2 ? *asked.row2 : grid.LastRow(),
+          asked.col2 ? *asked.col2 : grid.LastCol(), first_page};
+}
+
 struct CPrint::Impl {
   std::int32_t pages = 0;
   PageNumber current_page = 1;
@@ -74,6 +87,8 @@ struct CPrint::Impl {
   bool rebuild = true;
   PrintSettings settings;
   std::optional<Error> last_error;
+  std::optional<ReportSnapshot> prepared;  // the report that a preview handed back
+  bool range_copied = false;               // the page-range file is the one to print
 
   // Runs the body of a public operation. A failure becomes LastError and goes down the common
   // error path under the operation's name; nothing is thrown.
@@ -82,6 +97,10 @@ struct CPrint::Impl {
 
   void LoadSettings();
   void PrepareReport(GridSource& grid, const ReportRange& range);
+  void PrepareWhenDue(GridSource& grid, const CallerRange& range, bool ask_start_page);
+  void CopyPageRange(PageRange range);
+  void PrintReport();
+  ReportSnapshot Snapshot() const;
 };
 
 template <typename Body>
@@ -105,6 +124,14 @@ CPrint::CPrint() : impl_(std::make_unique<Impl>()) {
     PrepareTempFolder();
     impl_->LoadSettings();
   });
+}
+
+CPrint::CPrint(const ReportSnapshot& report) : CPrint() {
+  impl_->settings = report.settings;
+  impl_->col_width = report.col_width;
+  impl_->pages = report.job.page_count;
+  impl_->prepared = report;
+  impl_->rebuild = false;
 }
 
 CPrint::~CPrint() = default;
@@ -148,6 +175,7 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   current_page = last;
   pages = last - range.first_page + 1;
   rebuild = false;
+  prepared.reset();
   JobValues& job = CurrentJob();
   job.first_page = range.first_page;
   job.page_count = pages;
@@ -156,18 +184,87 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   job.page_offsets = std::make_shared<const std::vector<std::uint64_t>>(writer.TakePageOffsets());
 }
 
-void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
-  impl_->Run("CopyPageRange", [&] {
-    const WaitScope wait("Printing Pages (" + std::to_string(From) + "-" + std::to_string(To) +
-                         ")");
-    const JobValues& job = CurrentJob();
-    if (job.page_length < 1) {
-      throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");
-    }
-    const auto offsets =
-        job.page_offsets ? std::span(*job.page_offsets) : std::span<const std::uint64_t>();
-    CopyPages(PageFile(), RangeFile(), From, To, job.page_length, offsets);
+void CPrint::PrintPreview(Object& Grid, std::optional<std::int32_t> Row1,
+                          std::optional<std::int32_t> Col1, std::optional<std::int32_t> Row2,
+                          std::optional<std::int32_t> Col2, std::int32_t Style, bool AskStartPNo) {
+  ObjectGrid grid(Grid);
+  PrintPreview(grid, Row1, Col1, Row2, Col2, Style, AskStartPNo);
+}
+
+void CPrint::PrintPreview(GridSource& Grid, std::optional<std::int32_t> Row1,
+                          std::optional<std::int32_t> Col1, std::optional<std::int32_t> Row2,
+                          std::optional<std::int32_t> Col2, std::int32_t Style, bool AskStartPNo) {
+  impl_->Run("PrintPreview", [&] {
+    impl_->PrepareWhenDue(Grid, {Row1, Col1, Row2, Col2}, AskStartPNo);
+    const ShowStyle style = Style == 0 ? ShowStyle::kModeless : ShowStyle::kModal;
+    CurrentReportHost().windows->ShowPreview(impl_->Snapshot(), style);
   });
+}
+
+void CPrint::PreparePrint(Object& Grid, std::optional<std::int32_t> Row1,
+                          std::optional<std::int32_t> Col1, std::optional<std::int32_t> Row2,
+                          std::optional<std::int32_t> Col2, bool AskStartPNo) {
+  ObjectGrid grid(Grid);
+  PreparePrint(grid, Row1, Col1, Row2, Col2, AskStartPNo);
+}
+
+void CPrint::PreparePrint(GridSource& Grid, std::optional<std::int32_t> Row1,
+                          std::optional<std::int32_t> Col1, std::optional<std::int32_t> Row2,
+                          std::optional<std::int32_t> Col2, bool AskStartPNo) {
+  impl_->Run("PreparePrint", [&] {
+    impl_->PrepareWhenDue(Grid, {Row1, Col1, Row2, Col2}, AskStartPNo);
+    const std::int32_t page_count = impl_->Snapshot().job.page_count;
+    const std::optional<PageRange> range = CurrentReportHost().windows->AskPageRange(page_count);
+    if (!range) return;
+    if (page_count != range->to || impl_->settings.start_page != range->from) {
+      impl_->CopyPageRange(*range);
+    }
+    impl_->PrintReport();
+  });
+}
+
+void CPrint::Impl::PrepareWhenDue(GridSource& grid, const CallerRange& range, bool ask_start_page) {
+  JobValues& job = CurrentJob();
+  if (ask_start_page) {
+    CurrentReportHost().windows->AskStartPage(job);
+    if (job.start_page_changed) rebuild = true;
+  }
+  const PageNumber first_page = job.first_page == 0 ? 1 : job.first_page;
+  if (rebuild) PrepareReport(grid, WholeRange(grid, range, first_page));
+}
+
+void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
+  impl_->Run("CopyPageRange", [&] { impl_->CopyPageRange({From, To}); });
+}
+
+void CPrint::Impl::CopyPageRange(PageRange range) {
+  const WaitScope wait("Printing Pages (" + std::to_string(range.from) + "-" +
+                       std::to_string(range.to) + ")");
+  const ReportSnapshot report = Snapshot();
+  if (report.job.page_length < 1) {
+    throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");
+  }
+  const auto& offsets = report.job.page_offsets;
+  CopyPages(report.page_file, RangeFile(), range.from, range.to, report.job.page_length,
+            offsets ? std::span(*offsets) : std::span<const std::uint64_t>());
+  range_copied = true;
+}
+
+void CPrint::Impl::PrintReport() {
+  const std::filesystem::path file = range_copied ? RangeFile() : Snapshot().page_file;
+  range_copied = false;
+  const std::shared_ptr<ReportPrinter> printer = CurrentReportHost().printer;
+  if (!printer) {
+    throw Error(error_number::kPrinterError, "Printing is not available in this version");
+  }
+  printer->Print(file, settings);
+}
+
+ReportSnapshot CPrint::Snapshot() const { return impl_->Snapshot(); }
+
+ReportSnapshot CPrint::Impl::Snapshot() const {
+  return prepared ? *prepared
+                  : ReportSnapshot{PathOrEmpty(PageFile), CurrentJob(), settings, col_width};
 }
 
 std::string CPrint::GetKelFile() const { return PathOrEmpty(PageFile); }

@@ -11,6 +11,7 @@
 #include "common/object.h"
 #include "common/value.h"
 #include "engine/grid_source.h"
+#include "engine/report_windows.h"
 
 namespace kel {
 
@@ -26,6 +27,10 @@ namespace kel {
 ///     if (print.LastError()) ...                        // nothing was lost; it says what and why
 ///     std::string file = print.GetKelFile();
 ///
+/// or prepare and show in one call, which prepares only when it has to (ReBuild):
+///
+///     print.PrintPreview(grid);
+///
 /// No operation throws. A failure is kept in LastError, raised as the Error event of the shared
 /// CZURDLL, shown and logged as every failure of the library is; the page file from before is then
 /// still there. All objects of one thread share one temporary folder and one set of job values, so
@@ -34,6 +39,9 @@ class CPrint {
  public:
   /// Empties the temporary folder of earlier work files and loads the stored print settings.
   CPrint();
+  /// A job whose pages are prepared already, as a preview holds it: with its settings, and ReBuild
+  /// False.
+  explicit CPrint(const ReportSnapshot& report);
   ~CPrint();
   CPrint(const CPrint&) = delete;
   CPrint& operator=(const CPrint&) = delete;
@@ -129,6 +137,32 @@ class CPrint {
                      const std::int32_t& Row2, const std::int32_t& Col2,
                      const PageNumber& StartPNo);
 
+  /// Prepares the report when ReBuild is set and shows it (frmPV): beside the caller's windows with
+  /// `Style` 0, until it is closed with 1. Rows and columns that are left out mean the whole grid.
+  /// With `AskStartPNo` the number of the first page is asked for before, and a changed number
+  /// makes the report be prepared anew. What fails in preparing is not shown.
+  void PrintPreview(Object& Grid, std::optional<std::int32_t> Row1 = std::nullopt,
+                    std::optional<std::int32_t> Col1 = std::nullopt,
+                    std::optional<std::int32_t> Row2 = std::nullopt,
+                    std::optional<std::int32_t> Col2 = std::nullopt, std::int32_t Style = 0,
+                    bool AskStartPNo = false);
+  void PrintPreview(GridSource& Grid, std::optional<std::int32_t> Row1 = std::nullopt,
+                    std::optional<std::int32_t> Col1 = std::nullopt,
+                    std::optional<std::int32_t> Row2 = std::nullopt,
+                    std::optional<std::int32_t> Col2 = std::nullopt, std::int32_t Style = 0,
+                    bool AskStartPNo = false);
+
+  /// Prepares the report as PrintPreview does, asks which pages to print (frmPrint) and prints
+  /// them. Fails with Error 482 while the program has no printer (ReportHost).
+  void PreparePrint(Object& Grid, std::optional<std::int32_t> Row1 = std::nullopt,
+                    std::optional<std::int32_t> Col1 = std::nullopt,
+                    std::optional<std::int32_t> Row2 = std::nullopt,
+                    std::optional<std::int32_t> Col2 = std::nullopt, bool AskStartPNo = false);
+  void PreparePrint(GridSource& Grid, std::optional<std::int32_t> Row1 = std::nullopt,
+                    std::optional<std::int32_t> Col1 = std::nullopt,
+                    std::optional<std::int32_t> Row2 = std::nullopt,
+                    std::optional<std::int32_t> Col2 = std::nullopt, bool AskStartPNo = false);
+
   /// Copies pages `From` to `To`, counted from 1 at the start of the report page file, into the
   /// page-range file, which has the same format.
   void CopyPageRange(PageNumber From, PageNumber To);
@@ -142,6 +176,9 @@ class CPrint {
 
   /// The failure of the last operation; nothing when it succeeded.
   const std::optional<Error>& LastError() const;
+
+  /// The prepared report as a preview holds it.
+  ReportSnapshot Snapshot() const;
 
   /// Full path of the page-range file.
   std::string PageRangeFile() const;

@@ -43,6 +43,10 @@ class GridSource {
   virtual void BeginWalk() {}
   virtual void EndWalk() noexcept {}
 
+  /// The last row and column there are; kLastRow for a source that does not know its length.
+  virtual std::int32_t LastRow() = 0;
+  virtual std::int32_t LastCol() = 0;
+
   /// Parent.Caption, the text of the page line.
   virtual std::string Caption() = 0;
   virtual void SetVisible(bool visible) = 0;

@@ -42,6 +42,8 @@ class MemoryGrid : public GridSource {
   /// The text of any cell. Throws Error 9 for an index out of range.
   std::string_view Text(std::int32_t row, std::int32_t col) const;
 
+  std::int32_t LastRow() override { return Rows() - 1; }
+  std::int32_t LastCol() override { return Cols() - 1; }
   std::string Caption() override { return caption_; }
   void SetVisible(bool /*visible*/) override {}
   void SetHighLight(int /*high_light*/) override {}

@@ -8,7 +8,9 @@
 namespace kel {
 
 ObjectGrid::ObjectGrid(Object& grid)
-    : parent_(grid, "Parent"),
+    : rows_(grid, "Rows"),
+      cols_(grid, "Cols"),
+      parent_(grid, "Parent"),
       visible_(grid, "Visible"),
       high_light_(grid, "HighLight"),
       row_(grid, "Row"),

@@ -9,13 +9,15 @@
 
 namespace kel {
 
-/// Makes a grid source of any object that has the members of a flex grid: Parent (with Caption),
-/// Visible, HighLight, Row, Col, TextMatrix, CellBackColor, cellfontbold, cellfontunderline and
-/// ColAlignment. The object must outlive it.
+/// Makes a grid source of any object that has the members of a flex grid: Rows, Cols, Parent (with
+/// Caption), Visible, HighLight, Row, Col, TextMatrix, CellBackColor, cellfontbold,
+/// cellfontunderline and ColAlignment. The object must outlive it.
 class ObjectGrid : public GridSource {
  public:
   explicit ObjectGrid(Object& grid);
 
+  std::int32_t LastRow() override { return rows_.Get().ToInt32() - 1; }
+  std::int32_t LastCol() override { return cols_.Get().ToInt32() - 1; }
   std::string Caption() override;
   void SetVisible(bool visible) override { visible_.Put(visible); }
   void SetHighLight(int high_light) override { high_light_.Put(high_light); }
@@ -27,6 +29,8 @@ class ObjectGrid : public GridSource {
   int ColAlignment(std::int32_t col) override;
 
  private:
+  Member rows_;
+  Member cols_;
   Member parent_;
   Member visible_;
   Member high_light_;

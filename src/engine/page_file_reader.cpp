@@ -29,10 +29,32 @@ bool PageFileReader::GoToPage(PageNumber page, std::int32_t page_length,
     offset = page_offsets[known - 1];
     line = FirstLineOfPage(static_cast<PageNumber>(known), page_length);
   }
+  GoTo(offset, line);
+  return SkipLines(target - line) && !AtEnd();
+}
+
+void PageFileReader::GoTo(std::uint64_t offset, LineNumber line) {
   block_offset_ = offset;
   block_size_ = position_ = 0;
   next_line_ = line;
-  return SkipLines(target - line) && (position_ < block_size_ || FillBlock());
+}
+
+bool PageFileReader::SkipLines(LineNumber count) {
+  while (count > 0) {
+    const char* begin = block_.data() + position_;
+    const char* end = block_.data() + block_size_;
+    const void* found =
+        begin == end ? nullptr : std::memchr(begin, '\n', static_cast<std::size_t>(end - begin));
+    if (found == nullptr) {
+      position_ = block_size_;
+      if (!FillBlock()) return false;
+      continue;
+    }
+    position_ = static_cast<std::size_t>(static_cast<const char*>(found) - block_.data()) + 1;
+    ++next_line_;
+    --count;
+  }
+  return true;
 }
 
 bool PageFileReader::NextLine(std::string_view& line) {
@@ -58,22 +80,29 @@ bool PageFileReader::NextLine(std::string_view& line) {
   }
 }
 
-bool PageFileReader::SkipLines(LineNumber count) {
-  while (count > 0) {
-    const char* begin = block_.data() + position_;
-    const char* end = block_.data() + block_size_;
-    const void* found =
-        begin == end ? nullptr : std::memchr(begin, '\n', static_cast<std::size_t>(end - begin));
-    if (found == nullptr) {
-      position_ = block_size_;
-      if (!FillBlock()) return false;
-      continue;
+bool PageFileReader::NextLineStart(std::string_view& line, std::size_t most_bytes) {
+  const std::size_t wanted = most_bytes + kLineEnd.size();
+  for (;;) {
+    const std::string_view rest(block_.data() + position_, block_size_ - position_);
+    const bool ends = rest.substr(0, wanted).find('\n') != std::string_view::npos;
+    if (!ends && rest.size() >= wanted) {
+      CutLongLine(rest.substr(0, most_bytes));
+      line = {long_line_.data(), long_line_.size()};
+      return true;
     }
-    position_ = static_cast<std::size_t>(static_cast<const char*>(found) - block_.data()) + 1;
-    ++next_line_;
-    --count;
+    if (ends || !FillBlock()) break;
   }
+  if (!NextLine(line)) return false;
+  line = line.substr(0, most_bytes);
   return true;
+}
+
+// Keeps the beginning of the next line while the block moves on over its rest.
+void PageFileReader::CutLongLine(std::string_view begin) {
+  long_line_.assign(begin.begin(), begin.end());
+  const LineNumber next = next_line_ + 1;
+  SkipLines(1);
+  next_line_ = next;  // also when the line's end is the file's
 }
 
 // Moves the unread rest to the front and reads behind it. False when the file has nothing more.

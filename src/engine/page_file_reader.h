@@ -15,8 +15,8 @@ namespace kel {
 
 /// Hands out the lines of a page file in order, from a page of the caller's choice on. The file is
 /// open as long as the object lives: make one per operation. Blocks of bounded size are read; only
-/// a line longer than a block makes the buffer grow. Lines may end with CR LF, LF, or the file's
-/// end.
+/// for NextLine does a line longer than a block make the buffer grow. Lines may end with CR LF, LF,
+/// or the file's end.
 ///
 ///     PageFileReader reader(path);
 ///     reader.GoToPage(12, page_length, offsets);
@@ -32,9 +32,19 @@ class PageFileReader {
   bool GoToPage(PageNumber page, std::int32_t page_length,
                 std::span<const std::uint64_t> page_offsets = {});
 
+  /// Makes the line that begins at byte `offset`, number `line` of the file, the next one.
+  void GoTo(std::uint64_t offset, LineNumber line);
+
+  /// Passes over lines. False when the file ends before.
+  bool SkipLines(LineNumber count);
+  /// Whether there is no next line.
+  bool AtEnd() { return position_ == block_size_ && !FillBlock(); }
+
   /// The next line without its line end; the view is good until the next call. False at the end.
   /// Throws Error when the file cannot be read.
   bool NextLine(std::string_view& line);
+  /// The same of the line's first `most_bytes` bytes. The buffer does not grow with the rest.
+  bool NextLineStart(std::string_view& line, std::size_t most_bytes);
 
   /// Number of the next line, counted from 1.
   LineNumber NextLineNumber() const { return next_line_; }
@@ -44,7 +54,7 @@ class PageFileReader {
   const InputFile& File() const { return file_; }
 
  private:
-  bool SkipLines(LineNumber count);
+  void CutLongLine(std::string_view begin);
   bool FillBlock();
 
   InputFile file_;
@@ -53,6 +63,7 @@ class PageFileReader {
   std::size_t position_ = 0;        // of the next line in block_
   std::uint64_t block_offset_ = 0;  // of block_ in the file
   LineNumber next_line_ = 1;
+  std::vector<char> long_line_;  // the beginning of a line that NextLineStart had to cut
 };
 
 }  // namespace kel

@@ -32,6 +32,8 @@ class RecordsetGrid : public GridSource {
 
   void BeginWalk() override { reader_.StartReadingAhead(); }
   void EndWalk() noexcept override { reader_.StopReadingAhead(); }
+  std::int32_t LastRow() override { return kLastRow; }
+  std::int32_t LastCol() override { return Cols() - 1; }
   std::string Caption() override { return caption_; }
   void SetVisible(bool /*visible*/) override {}
   void SetHighLight(int /*high_light*/) override {}

@@ -8,15 +8,21 @@
 
 #include "common/desktop.h"
 #include "common/host.h"
+#include "common/object.h"
 #include "common/temp_folder.h"
+#include "common/text_cells.h"
+#include "common/twips.h"
 #include "toolkit/error_log.h"
+#include "toolkit/screen_placement.h"
 
 namespace kel {
 namespace {
 
 constexpr const char* kLogTitle = "Error Log";
 constexpr const char* kNoLocation = "[Not Specified]";
-constexpr std::int32_t kLeastFlash = 1;  // milliseconds
+constexpr std::int32_t kLeastFlash = 1;  // milliseconds, as those below
+constexpr std::int32_t kStandardClose = 1000;
+constexpr std::int32_t kTagClose = 2000;
 
 // What the common error path of a thread is at. Failures come one inside the other: a handler or a
 // message box may run operations that fail too.
@@ -59,6 +65,21 @@ void Quietly(Step step) noexcept {
 
 void ResetMousePointer() {
   Quietly([] { CurrentHost().desktop->SetMousePointer(MousePointer::kDefault); });
+}
+
+std::string TextOf(Object& object, const char* member) {
+  return Member(object, member).Get().ToText();
+}
+
+// Tells what is wrong with a control, in its own words (Tag) when it has any, and focuses it.
+void TellInvalid(CZURDLL& toolkit, Object& control, const std::string& text,
+                 std::int32_t unload_time) {
+  const Value parent = Member(control, "Parent").Get();
+  const std::string title = TextOf(parent.ToObject(), "Caption");
+  const std::string tag = TextOf(control, "Tag");
+  const bool own_text = !TrimBlanks(tag).empty();
+  toolkit.MsgBox(own_text ? tag : text, msgOK, title, msgInformation, false,
+                 own_text ? kTagClose : unload_time, &control, true);
 }
 
 }  // namespace
@@ -130,6 +151,43 @@ void CZURDLL::Flash(const std::string& Message, const std::optional<std::string>
   });
 }
 
+bool CZURDLL::CheckEmpty(const Value::Array& Ctrl) {
+  return Guarded("DLL.CheckEmpty", false, [&] {
+    const auto empty = std::find_if(Ctrl.begin(), Ctrl.end(), [](const Value& control) {
+      return TrimBlanks(TextOf(control.ToObject(), "Text")).empty();
+    });
+    if (empty == Ctrl.end()) return false;
+    TellInvalid(*this, empty->ToObject(), "This field cannot be empty.", kStandardClose);
+    return true;
+  });
+}
+
+void CZURDLL::AlignForm(Object& Frm, AlignObject Align) {
+  Guarded("DLL.AlignForm", false, [&] {
+    const auto extent = [&](const char* name) {
+      return PixelsOf(Member(Frm, name).Get().ToInt32());
+    };
+    const RECT place =
+        AlignedRect(CurrentHost().desktop->WorkArea(), extent("Width"), extent("Height"), Align);
+    Member(Frm, "Left").Put(TwipsOf(place.Left));
+    Member(Frm, "Top").Put(TwipsOf(place.Top));
+    return true;
+  });
+}
+
+std::int16_t CZURDLL::GetSteps(const RECT& r1, const RECT& r2, double Fraction) {
+  return Guarded("DLL.GetSteps", std::int16_t{0}, [&] { return WireSteps(r1, r2, Fraction); });
+}
+
+void CZURDLL::DrawWireRects(const RECT& rFrom, const RECT& rTo, std::int16_t Steps,
+                            std::int32_t mSeconds) {
+  Guarded("DLL.DrawWireRects", false, [&] {
+    const std::chrono::milliseconds pause(std::max(mSeconds, 0));
+    if (Steps > 0) CurrentHost().desktop->DrawWireRects(rFrom, rTo, Steps, pause);
+    return true;
+  });
+}
+
 template <typename Result, typename Operation>
 Result CZURDLL::Guarded(const char* location, Result neutral, Operation operation) noexcept {
   last_error_.reset();
@@ -179,7 +237,11 @@ void CZURDLL::ERRORLOG(Value&& ErrLocation, const std::string& ErrDesc, bool Res
 }
 
 void CZURDLL::ERRORLOG(Value& ErrLocation, const std::string& ErrDesc, bool Respond) {
-  if (ErrDesc.empty() && !ThisThread().current) return;
+  // On the error path only its own failure counts: the exception it came by is still there after
+  // a log entry has cleared it.
+  const bool handling =
+      ThisThread().busy ? ThisThread().current.has_value() : std::current_exception() != nullptr;
+  if (ErrDesc.empty() && !handling) return;
   ResetMousePointer();
   wait_.reset();
   ErrLocation = ErrLocation.IsMissing() ? kNoLocation : Bracketed(ErrLocation.ToText());

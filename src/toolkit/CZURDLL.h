@@ -54,7 +54,8 @@ class CZURDLL {
 
   /// Logs an error of the caller's own; shows it first when `Respond` is true. `ErrLocation`
   /// receives the form in which it is logged: "[" + ErrLocation + "]", or "[Not Specified]" for
-  /// Value::Missing(). Does nothing when `ErrDesc` is empty and no failure is being handled.
+  /// Value::Missing(). Does nothing when `ErrDesc` is empty and no failure is being handled (that
+  /// of an operation whose Error event is raised, or an exception in its catch block).
   /// Throws Error when the log cannot be written.
   void ERRORLOG(Value& ErrLocation, const std::string& ErrDesc = "", bool Respond = true);
   void ERRORLOG(Value&& ErrLocation = Value::Missing(), const std::string& ErrDesc = "",
@@ -84,6 +85,23 @@ class CZURDLL {
   /// Shows a note that closes by itself after `Interval` milliseconds.
   void Flash(const std::string& Message, const std::optional<std::string>& Subject = std::nullopt,
              std::int32_t Interval = 3000, AlignObject Align = zurAlignCenter);
+
+  /// Checks text boxes before a record is saved. The first of `Ctrl` (an array of controls) whose
+  /// Text is empty or blank is told in the message box, with its Tag in place of the standard text
+  /// when it has one, and gets the focus. True when there was such a control.
+  bool CheckEmpty(const Value::Array& Ctrl);
+
+  /// Moves a form (Left, Top, Width, Height in twips) to an edge, a corner or the centre of the
+  /// part of the screen that windows may cover.
+  void AlignForm(Object& Frm, AlignObject Align = zurAlignRightBottom);
+
+  /// The number of steps for DrawWireRects: the largest distance between two like edges divided by
+  /// `Fraction`, rounded to the nearest integer.
+  std::int16_t GetSteps(const RECT& r1, const RECT& r2, double Fraction = 8);
+  /// Lets the outline of a rectangle grow from `rFrom` to `rTo` in `Steps` steps of `mSeconds`
+  /// milliseconds, in pixels of the screen. With 0 steps nothing is drawn.
+  void DrawWireRects(const RECT& rFrom, const RECT& rTo, std::int16_t Steps,
+                     std::int32_t mSeconds = 3);
 
   /// The failure of the last operation; nothing when it succeeded.
   const std::optional<Error>& LastError() const { return last_error_; }

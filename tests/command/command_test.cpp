@@ -74,6 +74,12 @@ TEST_F(CommandTest, FailureIsOneLine) {
       {{"report", "--db", "odbc:DSN=Books", "--sql", "SELECT 1"}, later},
   };
   for (const auto& [words, part] : cases) ExpectFailure(words, {part});
+  for (const char* const screen : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    unsetenv(screen);
+  }
+  ExpectFailure({"report", "none.csv", "--preview"}, {"--preview needs a screen"});
+  setenv("DISPLAY", ":4711", 1);
+  ExpectFailure({"report", "none.csv", "--preview"}, {"--preview needs a screen"});
   setenv("XDG_CONFIG_HOME", plain.c_str(), 1);
   ExpectFailure({"settings", "set", "Setup/Mode", "WINDOWS"}, {plain});
 }

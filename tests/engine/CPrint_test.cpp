@@ -8,6 +8,7 @@
 #include <string>
 #include <thread>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "common/host.h"
@@ -27,11 +28,41 @@ namespace fs = std::filesystem;
 using testing::ReadFile;
 using Strings = std::vector<std::string>;
 
+// Answers as it is told, and keeps what it was asked.
+class TestWindows : public ReportWindows {
+ public:
+  std::optional<PageRange> AskPageRange(std::int32_t page_count) override {
+    asked_pages = page_count;
+    return answer;
+  }
+  void AskStartPage(JobValues& job) override { TakeStartPage(job, start_page); }
+  void ShowPreview(const ReportSnapshot& report, ShowStyle style) override {
+    shown.emplace_back(report, style);
+  }
+
+  std::int32_t asked_pages = 0;
+  std::optional<PageRange> answer;
+  std::string start_page = "1";
+  std::vector<std::pair<ReportSnapshot, ShowStyle>> shown;
+};
+
+class TestPrinter : public ReportPrinter {
+ public:
+  void Print(const fs::path& page_file, const PrintSettings& settings) override {
+    files.push_back(page_file.filename().string());
+    mode = settings.mode;
+  }
+
+  Strings files;
+  std::string mode;
+};
+
 class CPrintTest : public ::testing::Test {
  protected:
   void SetUp() override {
     CurrentHost() = {store, std::make_shared<testing::FixedClock>(), desktop};
     CurrentJob() = {};
+    CurrentReportHost() = {windows, printer};
     for (int i = 0; i < 40; ++i) grid.AddRow({i == 0 ? "No" : std::to_string(i), "x"});
   }
 
@@ -47,6 +78,8 @@ class CPrintTest : public ::testing::Test {
   std::shared_ptr<MemorySettingsStore> store = std::make_shared<MemorySettingsStore>();
   std::shared_ptr<testing::RecordingDesktop> desktop =
       std::make_shared<testing::RecordingDesktop>();
+  std::shared_ptr<TestWindows> windows = std::make_shared<TestWindows>();
+  std::shared_ptr<TestPrinter> printer = std::make_shared<TestPrinter>();
   MemoryGrid grid{"Day Book"};
 };
 
@@ -161,6 +194,84 @@ TEST_F(CPrintTest, ThePageRangeIsCutOutOfTheLastPreparedFile) {
   const std::vector<std::uint64_t>& offsets = *CurrentJob().page_offsets;
   EXPECT_EQ(ReadFile(print.PageRangeFile()),
             ReadFile(print.GetKelFile()).substr(offsets[1], offsets[3] - offsets[1]));
+}
+
+TEST_F(CPrintTest, PreviewPreparesOnlyWhenItHasToAndHandsOutASnapshot) {
+  CPrint print;
+  print.ColWidth(Value::Array{5, 20});
+  print.Lines(12);
+  print.PrintPreview(grid, 0, 0, 39, 1, 1);
+  ASSERT_EQ(windows->shown.size(), 1U);
+  const auto& [first, style] = windows->shown[0];
+  EXPECT_EQ(style, ShowStyle::kModal);
+  EXPECT_EQ(first.page_file, print.GetKelFile());
+  EXPECT_EQ(std::tuple(first.job.page_count, first.job.page_length, first.settings.lines),
+            std::tuple(print.Pages(), 18, 12));
+  EXPECT_EQ(first.col_width, (Value::Array{5, 20}));
+
+  print.Lines(20);
+  print.PrintPreview(grid);
+  EXPECT_EQ(windows->shown[1].first.job.page_length, 18) << "nothing was prepared again";
+  EXPECT_EQ(windows->shown[1].second, ShowStyle::kModeless);
+  windows->start_page = "7";
+  print.PrintPreview(grid, {}, {}, {}, {}, 0, true);
+  EXPECT_EQ(windows->shown[2].first.job.page_length, 26);
+  EXPECT_EQ(windows->shown[2].first.job.first_page, 7);
+  EXPECT_EQ(print.Pages(), print.CurrentPage() - 6);
+  print.PrintPreview(grid, {}, {}, {}, {}, 0, true);
+  EXPECT_EQ(CurrentJob().start_page_changed, false);
+
+  print.ReBuild(true);
+  print.PrintPreview(grid, 0, 0, 99);
+  EXPECT_EQ(print.LastError()->Number(), error_number::kSubscriptOutOfRange);
+  EXPECT_EQ(windows->shown.size(), 4U) << "a failed report is not shown";
+}
+
+TEST_F(CPrintTest, PrintingTakesTheChosenPagesAndThenTheWholeReportAgain) {
+  CPrint print;
+  print.ColWidth(Value::Array{5, 20});
+  print.Lines(12);
+  print.Mode("WINDOWS");
+  print.PreparePrint(grid);
+  EXPECT_TRUE(printer->files.empty()) << "cancelled";
+  EXPECT_EQ(windows->asked_pages, print.Pages());
+
+  windows->answer = PageRange{1, print.Pages()};
+  print.PreparePrint(grid);
+  windows->answer = PageRange{2, print.Pages()};
+  print.PreparePrint(grid);
+  windows->answer = PageRange{1, print.Pages()};
+  print.PreparePrint(grid);
+  EXPECT_EQ(printer->files, (Strings{"_kelFile.rpt", "_kelFile.kel", "_kelFile.rpt"}));
+  EXPECT_EQ(printer->mode, "WINDOWS");
+
+  print.StartPage(3);
+  print.PreparePrint(grid);
+  EXPECT_EQ(printer->files.back(), "_kelFile.kel") << "From is not StartPage";
+  CurrentReportHost().printer = nullptr;
+  print.PreparePrint(grid);
+  EXPECT_EQ(print.LastError()->Number(), error_number::kPrinterError);
+}
+
+TEST_F(CPrintTest, APreviewsPrintJobKeepsToTheReportOnShow) {
+  CPrint print;
+  Prepare(print);
+  print.Mode("WINDOWS");
+  ReportSnapshot shown = print.Snapshot();
+  const std::string pages = ReadFile(shown.page_file);
+  shown.page_file = TempFolder() / "shown.rpt";
+  testing::WriteFile(shown.page_file, pages);
+  Prepare(print, 0, Value::Array{5, 20}, 3);  // a later report
+
+  CPrint job(shown);
+  windows->answer = PageRange{2, 2};
+  MemoryGrid none("");
+  job.PreparePrint(none);
+  ASSERT_FALSE(job.LastError());
+  EXPECT_EQ(windows->asked_pages, shown.job.page_count);
+  EXPECT_EQ(printer->mode, "WINDOWS");
+  const std::vector<std::uint64_t>& offsets = *shown.job.page_offsets;
+  EXPECT_EQ(ReadFile(job.PageRangeFile()), pages.substr(offsets[1], offsets[2] - offsets[1]));
 }
 
 TEST_F(CPrintTest, APlantedLinkIsReplacedAndAFolderInTheFilesPlaceIsAnError) {

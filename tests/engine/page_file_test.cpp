@@ -70,6 +70,26 @@ TEST_F(PageFileTest, LinesOfOtherWritersAreReadWhateverTheirEndAndLength) {
   EXPECT_FALSE(empty.GoToPage(1, kPageLength));
 }
 
+TEST_F(PageFileTest, OfALongLineOnlyTheBeginningIsHandedOut) {
+  const std::string huge(3'000'000, 'h');
+  for (const std::size_t most : {0U, 1U, 2U, 3U, 4U, 100'000U}) {
+    // Ends of the file with and without a line end, and ends of lines around the most.
+    for (const std::string& end : {std::string("\n"), std::string()}) {
+      testing::WriteFile(path, "a\nab\r\nabc\r\nabcd\n\r\n" + huge + "\r\nxyz\n" + huge + end);
+      PageFileReader whole(path);
+      PageFileReader starts(path);
+      std::string_view start;
+      while (whole.NextLine(line)) {
+        ASSERT_TRUE(starts.NextLineStart(start, most));
+        EXPECT_EQ(start, line.substr(0, most));
+        EXPECT_EQ(starts.Offset(), whole.Offset());
+        EXPECT_EQ(starts.NextLineNumber(), whole.NextLineNumber());
+      }
+      EXPECT_FALSE(starts.NextLineStart(start, most));
+    }
+  }
+}
+
 TEST_F(PageFileTest, AFileCutShortUnderTheReaderEndsEarly) {
   WritePages(5000);
   PageFileReader reader(path);

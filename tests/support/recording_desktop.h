@@ -27,7 +27,20 @@ class RecordingDesktop : public Desktop {
   }
   void DoEvents() override {}
   std::optional<RECT> ScreenRect(Object& /*control*/) override { return std::nullopt; }
+  RECT WorkArea() override { return work_area; }
+  void DrawWireRects(const RECT& from, const RECT& to, int steps,
+                     std::chrono::milliseconds pause) override {
+    wire_frames.push_back({from, to, steps, pause});
+  }
 
+  struct WireFrame {
+    RECT from;
+    RECT to;
+    int steps;
+    std::chrono::milliseconds pause;
+  };
+  std::vector<WireFrame> wire_frames;
+  RECT work_area{0, 0, 1920, 1080};
   std::function<void(std::string_view call)> on_call;  // may throw, as a screen can
   bool answer = true;                                  // to messages and steps
   std::vector<std::string> calls;

@@ -17,6 +17,7 @@
 #include "support/file_size_limit.h"
 #include "support/fixed_clock.h"
 #include "support/recording_desktop.h"
+#include "support/test_control.h"
 #include "support/test_folder.h"
 
 namespace kel {
@@ -26,6 +27,10 @@ using Texts = std::vector<std::string>;
 
 std::string Line(const std::string& text) { return "15/11/2026 02:05:09 PM," + text + "\r\n"; }
 const std::string kSaveLine = Line("[DLL.Save],5 : not so");
+
+Value Control(const char* type, testing::TestControl::Members members) {
+  return Value::ObjectPtr(std::make_shared<testing::TestControl>(type, std::move(members)));
+}
 
 [[noreturn]] void ScreenIsGone(std::string_view /*call*/) {
   throw Error(error_number::kDeviceIoError, "no screen");
@@ -161,6 +166,65 @@ TEST_F(CZURDLLTest, AHandlerMayLogTheFailureByItsOwnWithoutAText) {
   FailToSave();
   toolkit_.ERRORLOG("Later", "", false);
   EXPECT_EQ(Log(), Line("[Handler],"));
+}
+
+TEST_F(CZURDLLTest, AnEmptyTextIsLoggedInACatchBlockOnly) {
+  try {
+    throw Error(53, "File not found");
+  } catch (const Error&) {
+    toolkit_.ERRORLOG("DLL->LoadPage", "", true);
+  }
+  EXPECT_EQ(desktop_->messages.at(0).prompt, "");
+  EXPECT_EQ(Log(), Line("[DLL->LoadPage],"));
+}
+
+TEST_F(CZURDLLTest, CheckEmptyTellsTheFirstEmptyControlInItsOwnWordsIfItHasAny) {
+  const Value form = Control("Form", {{"Caption", "Party"}});
+  const auto box = [&](const char* text, const char* tag) {
+    return Control("TextBox", {{"Text", text}, {"Tag", tag}, {"Parent", form}});
+  };
+  EXPECT_FALSE(toolkit_.CheckEmpty({box("x", ""), box(" y ", "")}));
+  EXPECT_FALSE(toolkit_.CheckEmpty({}));
+  EXPECT_TRUE(desktop_->messages.empty());
+
+  const Value blank = box("   ", "  ");
+  EXPECT_TRUE(toolkit_.CheckEmpty({box("x", ""), blank, box("", "Name?")}));
+  EXPECT_TRUE(toolkit_.CheckEmpty({box("", "Name?")}));
+  ASSERT_EQ(desktop_->messages.size(), 2U) << "the rest is not examined";
+  const MessageRequest& standard = desktop_->messages[0];
+  EXPECT_EQ(standard.prompt, "This field cannot be empty.");
+  EXPECT_EQ(standard.title, "Party");
+  EXPECT_EQ(standard.unload_time, std::chrono::milliseconds(1000));
+  EXPECT_EQ(standard.converge_to, &blank.ToObject());
+  EXPECT_TRUE(standard.focus && !standard.animate && standard.icon == msgInformation);
+  EXPECT_EQ(desktop_->messages[1].prompt, "Name?");
+  EXPECT_EQ(desktop_->messages[1].unload_time, std::chrono::milliseconds(2000));
+
+  EXPECT_FALSE(toolkit_.CheckEmpty({form})) << "a control without Text";
+  EXPECT_EQ(toolkit_.LastError()->Number(), error_number::kNoSuchMember);
+  EXPECT_NE(Log().find("[DLL.CheckEmpty],438 : "), std::string::npos);
+}
+
+TEST_F(CZURDLLTest, AFormIsAlignedInTwipsWithTheAreaThatWindowsMayCover) {
+  testing::TestControl form("Form", {{"Width", 4500}, {"Height", 3000}, {"Left", 0}, {"Top", 0}});
+  desktop_->work_area = {0, 0, 1000, 700};
+  toolkit_.AlignForm(form);
+  EXPECT_EQ((Value::Array{form["Left"], form["Top"]}), (Value::Array{10500, 7500}));
+  toolkit_.AlignForm(form, zurAlignCenter);
+  EXPECT_EQ((Value::Array{form["Left"], form["Top"]}), (Value::Array{5250, 3750}));
+}
+
+TEST_F(CZURDLLTest, WireFramesAreDrawnUnlessThereIsNoStep) {
+  const RECT small{0, 0, 10, 10};
+  EXPECT_EQ(toolkit_.GetSteps(small, small), 0);
+  toolkit_.DrawWireRects(small, small, 0);
+  EXPECT_TRUE(desktop_->wire_frames.empty());
+  toolkit_.DrawWireRects(small, {0, 0, 90, 10}, toolkit_.GetSteps(small, {0, 0, 90, 10}));
+  ASSERT_EQ(desktop_->wire_frames.size(), 1U);
+  EXPECT_EQ(desktop_->wire_frames[0].steps, 10);
+  EXPECT_EQ(desktop_->wire_frames[0].pause, std::chrono::milliseconds(3));
+  EXPECT_EQ(toolkit_.GetSteps(small, small, 0), 0);
+  EXPECT_EQ(toolkit_.LastError()->Number(), error_number::kDivisionByZero);
 }
 
 TEST_F(CZURDLLTest, AWaitWindowEndsWithItsObjectOrAStopAndWithNobodyElse) {

@@ -18,6 +18,8 @@ class JobGrid : public GridSource {
 
   void BeginWalk() override { beneath_.BeginWalk(); }
   void EndWalk() noexcept override { beneath_.EndWalk(); }
+  std::int32_t LastRow() override { return beneath_.LastRow(); }
+  std::int32_t LastCol() override { return beneath_.LastCol(); }
   std::string Caption() override { return caption_; }
   void SetVisible(bool visible) override { beneath_.SetVisible(visible); }
   void SetHighLight(int high_light) override { beneath_.SetHighLight(high_light); }

@@ -1,8 +1,13 @@
 #include "keldll/report_command.h"
 
+#include <QString>
+#include <QtGlobal>
+#include <cstdio>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <vector>
 
 #include "common/clock.h"
@@ -13,6 +18,7 @@
 #include "keldll/report_options.h"
 #include "keldll/report_outputs.h"
 #include "keldll/report_source.h"
+#include "platform/qt/qt_application.h"
 #include "platform/qt/qt_host.h"
 #include "toolkit/CZURDLL.h"
 
@@ -27,6 +33,20 @@ class FixedStamp : public SystemClock {
  private:
   std::string stamp_;
 };
+
+// Qt tells its warnings about displays and folders on standard error, where the command's own one
+// line is to stand.
+void DropWarnings(QtMsgType type, const QMessageLogContext& /*place*/, const QString& text) {
+  if (type != QtCriticalMsg && type != QtFatalMsg) return;
+  std::fprintf(stderr, "%s\n", qUtf8Printable(text));  // NOLINT(*-vararg)
+}
+
+void RequireScreen() {
+  qInstallMessageHandler(DropWarnings);
+  if (CanShowWindows()) return;
+  throw Error(error_number::kInvalidProcedureCall,
+              "--preview needs a screen: there is none at DISPLAY or WAYLAND_DISPLAY");
+}
 
 class ReportJob {
  public:
@@ -43,8 +63,9 @@ class ReportJob {
   void SetUpHost();
   void SetUpPrint(ReportSource& source);
   void Prepare(ReportSource& source);
-  std::string ChoosePages();
-  void RequireSuccess(const std::string& what);
+  ReportSnapshot ChosenPages();
+  void Preview(const ReportSnapshot& report, ReportSource& source) const;
+  void RequireSuccess(const CPrint& print, const std::string& what) const;
 
   const ReportOptions& options_;
   std::optional<Host> host_before_;  // the job's ports know the job, so they go with it
@@ -52,21 +73,26 @@ class ReportJob {
 };
 
 void ReportJob::Run() {
+  if (options_.preview) RequireScreen();
   ReportOutputs outputs(options_);
   SetUpHost();
   ReportSource source(options_);
   SetUpPrint(source);
   Prepare(source);
-  outputs.Write(ChoosePages());
+  const ReportSnapshot report = ChosenPages();
+  outputs.Write(report.page_file);
   outputs.Commit();
+  if (options_.preview) Preview(report, source);
 }
 
 void ReportJob::SetUpHost() {
   InstallQtHost();
   Host& host = CurrentHost();
   host_before_ = host;
-  host.desktop = std::make_shared<ProgressDesktop>(
-      [this] { return print_ ? std::int64_t{print_->CurrentPage()} : 0; });
+  if (!options_.preview) {
+    host.desktop = std::make_shared<ProgressDesktop>(
+        [this] { return print_ ? std::int64_t{print_->CurrentPage()} : 0; });
+  }
   if (options_.stamp) host.clock = std::make_shared<FixedStamp>(*options_.stamp);
   if (const std::optional<std::string> mode = options_.settings.Mode()) {
     auto overlay = std::make_shared<SettingsOverlay>(*host_before_->settings);
@@ -80,7 +106,7 @@ void ReportJob::SetUpHost() {
 
 void ReportJob::SetUpPrint(ReportSource& source) {
   print_ = std::make_unique<CPrint>();
-  RequireSuccess("cannot begin the report");
+  RequireSuccess(*print_, "cannot begin the report");
   print_->EndPage(std::numeric_limits<PageNumber>::max());
   options_.settings.ApplyTo(*print_);
 
@@ -91,30 +117,47 @@ void ReportJob::SetUpPrint(ReportSource& source) {
 }
 
 void ReportJob::Prepare(ReportSource& source) {
-  const Range rows = options_.rows.value_or(Range{0, source.LastRow()});
-  const Range cols = options_.cols.value_or(Range{0, source.LastCol()});
+  const Range rows = options_.rows.value_or(Range{0, source.Grid().LastRow()});
+  const Range cols = options_.cols.value_or(Range{0, source.Grid().LastCol()});
   print_->PrepareReport(source.Grid(), rows.first, cols.first, rows.last, cols.last,
                         options_.start_page);
-  RequireSuccess("cannot lay out " + options_.source);
+  RequireSuccess(*print_, "cannot lay out " + options_.source);
 }
 
-// The file with the pages that were asked for.
-std::string ReportJob::ChoosePages() {
-  if (!options_.pages) return print_->GetKelFile();
+// The report, cut down to the pages that were asked for.
+ReportSnapshot ReportJob::ChosenPages() {
+  ReportSnapshot report = print_->Snapshot();
+  if (!options_.pages) return report;
   const auto [from, to] = *options_.pages;
-  if (to > print_->Pages()) {
+  const std::string pages = "pages " + std::to_string(from) + "-" + std::to_string(to);
+  if (to > report.job.page_count) {
     throw Error(error_number::kSubscriptOutOfRange,
-                "cannot take pages " + std::to_string(from) + "-" + std::to_string(to) + " of " +
-                    options_.source + ": the report has " + std::to_string(print_->Pages()) +
-                    (print_->Pages() == 1 ? " page" : " pages"));
+                "cannot take " + pages + " of " + options_.source + ": the report has " +
+                    std::to_string(report.job.page_count) +
+                    (report.job.page_count == 1 ? " page" : " pages"));
   }
   print_->CopyPageRange(from, to);
-  RequireSuccess("cannot copy pages " + std::to_string(from) + "-" + std::to_string(to));
-  return print_->PageRangeFile();
+  RequireSuccess(*print_, "cannot copy " + pages);
+  // The page-range file is where the preview puts what the user prints from it.
+  std::error_code failure;
+  std::filesystem::rename(print_->PageRangeFile(), report.page_file, failure);
+  if (failure) throw Error::FromSystem(failure.value(), "cannot keep " + pages);
+  report.job.first_page += from - 1;
+  report.job.page_count = to - from + 1;
+  report.job.page_offsets.reset();
+  return report;
 }
 
-void ReportJob::RequireSuccess(const std::string& what) {
-  const std::optional<Error>& failure = print_->LastError();
+void ReportJob::Preview(const ReportSnapshot& report, ReportSource& source) const {
+  // What fails while the window is open is told there.
+  SharedToolkit().OnError(nullptr);
+  CPrint print(report);
+  print.PrintPreview(source.Grid(), {}, {}, {}, {}, static_cast<int>(ShowStyle::kModal));
+  RequireSuccess(print, "cannot show " + options_.source);
+}
+
+void ReportJob::RequireSuccess(const CPrint& print, const std::string& what) const {
+  const std::optional<Error>& failure = print.LastError();
   if (!failure) return;
   // An error of the source itself names it already.
   const bool named = failure->Description().find(options_.source) != std::string::npos;

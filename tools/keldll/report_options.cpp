@@ -169,8 +169,10 @@ void Reading::ReadSettings() {
 void Reading::ReadOutputs() {
   for (const std::string& path : arguments_.Values("-o")) ReadOutput(path);
   if (arguments_.Has("--print")) Miss("--print");
-  if (arguments_.Has("--preview")) Miss("--preview");
-  if (options_.outputs.empty()) options_.outputs.push_back({OutputKind::kStandardOutput, ""});
+  options_.preview = arguments_.Has("--preview");
+  if (options_.outputs.empty() && !options_.preview) {
+    options_.outputs.push_back({OutputKind::kStandardOutput, ""});
+  }
 }
 
 void Reading::ReadOutput(const std::string& path) {

@@ -38,7 +38,8 @@ struct ReportOptions {
   std::optional<std::string> stamp;
   std::optional<Range> pages;
 
-  std::vector<Output> outputs;  // never empty
+  std::vector<Output> outputs;  // empty only where the preview is all that is asked for
+  bool preview = false;
 };
 
 /// Throws UsageError for a wrong command line, else Error for what this version cannot do.

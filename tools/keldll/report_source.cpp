@@ -48,9 +48,7 @@ ReportSource::ReportSource(const ReportOptions& options)
 void ReportSource::OpenGridFile() {
   JsonGrid file = ReadGridJson(options_.source);
   loaded_ = std::make_unique<MemoryGrid>(std::move(file.grid));
-  cols_ = loaded_->Cols();
-  last_row_ = loaded_->Rows() - 1;
-  if (cols_ == 0) {
+  if (loaded_->Cols() == 0) {
     throw Error(error_number::kInvalidFileFormat, options_.source + ": TextMatrix has no cells");
   }
   if (file.widths) file_widths_ = std::move(*file.widths);
@@ -72,17 +70,16 @@ void ReportSource::OpenDatabase() {
 
 void ReportSource::StreamRecords(const std::string& caption) {
   stream_ = std::make_unique<RecordsetGrid>(records_, options_.caption.value_or(caption));
-  cols_ = stream_->Cols();
-  last_row_ = kLastRow;
   if (!options_.alignments.empty()) DressGrid(*stream_, caption);
 }
 
 void ReportSource::DressGrid(GridSource& grid, const std::string& caption) {
   const std::size_t given = options_.alignments.size();
-  if (given > static_cast<std::size_t>(cols_)) {
+  const auto cols = static_cast<std::size_t>(grid.LastCol()) + 1;
+  if (given > cols) {
     throw Error(error_number::kSubscriptOutOfRange, "--align names " + std::to_string(given) +
                                                         " columns, but " + options_.source +
-                                                        " has " + std::to_string(cols_));
+                                                        " has " + std::to_string(cols));
   }
   dressed_ =
       std::make_unique<JobGrid>(grid, options_.caption.value_or(caption), options_.alignments);

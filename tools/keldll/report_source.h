@@ -25,9 +25,6 @@ class ReportSource {
   ReportSource& operator=(const ReportSource&) = delete;
 
   GridSource& Grid();
-  std::int32_t LastCol() const { return cols_ - 1; }
-  /// kLastRow for rows that stream.
-  std::int32_t LastRow() const { return last_row_; }
   /// One per column: those of the options, else of the file, else measured.
   std::vector<std::int32_t> Widths();
   const std::vector<std::string>& Titles() const { return titles_; }
@@ -46,8 +43,6 @@ class ReportSource {
   std::unique_ptr<RecordsetGrid> stream_;
   std::unique_ptr<MemoryGrid> loaded_;
   std::unique_ptr<JobGrid> dressed_;
-  std::int32_t cols_ = 0;
-  std::int32_t last_row_ = 0;
   std::vector<std::int32_t> file_widths_;  // empty when the file has none
   std::vector<std::string> titles_;
 };

@@ -41,7 +41,8 @@ Layout
 Output
   -o FILE                  .rpt: the page file; .txt: its text without codes; repeat for more
   -o -                     the text on standard output (when nothing else is asked for)
-  --print, --preview, and the endings .pdf .doc .xls .xlsx are not available in this version
+  --preview                show the pages in the preview window until it is closed
+  --print, and the endings .pdf .doc .xls .xlsx, are not available in this version
 )";
 
 constexpr std::string_view kBrowseUsage =

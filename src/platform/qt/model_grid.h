@@ -24,6 +24,8 @@ class ModelGrid : public GridSource {
  public:
   ModelGrid(QAbstractItemModel& model, std::string caption);
 
+  std::int32_t LastRow() override { return length_known_ ? model_.rowCount() : kLastRow; }
+  std::int32_t LastCol() override { return model_.columnCount() - 1; }
   std::string Caption() override { return caption_; }
   void SetVisible(bool /*visible*/) override {}
   void SetHighLight(int /*high_light*/) override {}

@@ -3,8 +3,10 @@
 
 namespace kel {
 
-/// Puts the user's settings (QtSettingsStore) into CurrentHost(). Call it once, before the first
-/// object of the library is made; a QCoreApplication is not needed. The other ports stay.
+/// Puts the user's settings (QtSettingsStore) and the screen (QtDesktop) into CurrentHost(), the
+/// report windows (QtReportWindows) into CurrentReportHost(). Call it once, before the first object
+/// of the library is made. An application object is not needed: one is made with the first window
+/// of the library, so a program that has its own makes that before. The other ports stay.
 void InstallQtHost();
 
 }  // namespace kel

@@ -1,0 +1,22 @@
+// What the library's top-level windows have in common.
+#pragma once
+
+#include <QWidget>
+
+namespace kel {
+
+/// The window that a new one belongs above: the topmost modal window, else the active one; null
+/// when the program shows none.
+QWidget* OwnerForNewWindow();
+
+/// Keeps `window` above `owner`, and usable while that is modal. It does not become a child: who
+/// destroys the owner leaves `window`, which may be waiting for an answer, alone. REQUIRES that
+/// `window` is not shown.
+void SetOwner(QWidget& window, QWidget* owner);
+
+/// Shows a window and returns when it is painted, without letting the user's input through. Waits
+/// no longer than a blink for a window system that does not answer. The program's own timers run
+/// meanwhile, and may destroy the window.
+void ShowPainted(QWidget& window);
+
+}  // namespace kel

@@ -1,0 +1,64 @@
+// The windows of a report job, and its printer, as the engine sees them.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "common/job_values.h"
+#include "common/value.h"
+#include "engine/page_range_entry.h"
+#include "engine/print_settings.h"
+
+namespace kel {
+
+/// A prepared report as a preview holds it: a copy that later jobs do not change. The pages
+/// themselves stay in the file.
+struct ReportSnapshot {
+  std::filesystem::path page_file;
+  JobValues job;
+  PrintSettings settings;
+  Value col_width;
+};
+
+/// How a window is shown: beside the caller's, or until it is closed. The published values of
+/// Style.
+enum class ShowStyle : int { kModeless = 0, kModal = 1 };
+
+/// The windows of the report engine. Calls come on the thread of the job. An implementation throws
+/// Error when it cannot show a window.
+class ReportWindows {
+ public:
+  virtual ~ReportWindows() = default;
+
+  /// Asks which of `page_count` pages to print (frmPrint); nothing when cancelled.
+  virtual std::optional<PageRange> AskPageRange(std::int32_t page_count) = 0;
+  /// Asks for the number of the first page (frmStartPage) and puts it, and whether it changed,
+  /// into `job`.
+  virtual void AskStartPage(JobValues& job) = 0;
+  /// Shows a report (frmPV). With a preview already open the report is shown in that window, and
+  /// the call returns at once.
+  virtual void ShowPreview(const ReportSnapshot& report, ShowStyle style) = 0;
+};
+
+/// Prints page files in the mode, and on the printer, of their settings.
+class ReportPrinter {
+ public:
+  virtual ~ReportPrinter() = default;
+  /// Throws Error when the pages cannot be handed to the printer.
+  virtual void Print(const std::filesystem::path& page_file, const PrintSettings& settings) = 0;
+};
+
+/// What the engine reaches its windows and its printer through. Change it only while no other
+/// thread uses the library.
+struct ReportHost {
+  /// Without a screen: all pages are printed, the first page number stays, and a preview is
+  /// refused with Error 5.
+  std::shared_ptr<ReportWindows> windows;
+  /// Null while there is no printer.
+  std::shared_ptr<ReportPrinter> printer;
+};
+
+ReportHost& CurrentReportHost();
+
+}  // namespace kel

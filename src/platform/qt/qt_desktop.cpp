@@ -1,0 +1,106 @@
+#include "platform/qt/qt_desktop.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QScreen>
+#include <QThread>
+#include <QWidget>
+
+#include "controls/top_window.h"
+#include "controls/widget_object.h"
+#include "platform/qt/qt_application.h"
+#include "platform/qt/wire_frame.h"
+#include "toolkit/frmFlash.h"
+#include "toolkit/frmMsg.h"
+#include "toolkit/frmSplash.h"
+
+namespace kel {
+namespace {
+
+RECT ToRect(const QRect& rect) {
+  return {rect.x(), rect.y(), rect.x() + rect.width(), rect.y() + rect.height()};
+}
+
+// The program's own application, before any window of ours has called for one.
+bool IsWindowThread() {
+  return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr &&
+         QCoreApplication::instance()->thread() == QThread::currentThread();
+}
+
+/// Owns a frmSplash. Its own end may come while the window waits in Step or for the answer to
+/// "Stop?"; what is destroyed then is not touched any more.
+class QtWaitWindow : public WaitWindow {
+ public:
+  explicit QtWaitWindow(Desktop& desktop) : desktop_(desktop), window_(new frmSplash) {}
+  // Without its application a window is beyond destroying.
+  ~QtWaitWindow() override {
+    if (QCoreApplication::instance() != nullptr) delete window_.data();
+  }
+  QtWaitWindow(const QtWaitWindow&) = delete;
+  QtWaitWindow& operator=(const QtWaitWindow&) = delete;
+
+  void Show(const WaitRequest& request) override {
+    if (window_) window_->Show(request, desktop_);
+  }
+  bool Step(std::int32_t step, const std::optional<std::string>& caption) override {
+    return window_ && window_->Step(step, caption);
+  }
+
+ private:
+  Desktop& desktop_;
+  QPointer<frmSplash> window_;
+};
+
+}  // namespace
+
+bool QtDesktop::ShowMessage(const MessageRequest& request) {
+  if (!CanShowWindows()) return headless_.ShowMessage(request);
+  return frmMsg(request).Ask(*this);
+}
+
+std::unique_ptr<WaitWindow> QtDesktop::MakeWaitWindow() {
+  if (!CanShowWindows()) return headless_.MakeWaitWindow();
+  return std::make_unique<QtWaitWindow>(*this);
+}
+
+void QtDesktop::Flash(const FlashRequest& request) {
+  if (!CanShowWindows()) return headless_.Flash(request);
+  frmFlash::Show(request, WorkArea());
+}
+
+void QtDesktop::SetMousePointer(MousePointer pointer) {
+  const bool hourglass = pointer == MousePointer::kHourglass;
+  if (hourglass == hourglass_ || !IsWindowThread()) return;
+  hourglass_ = hourglass;
+  if (hourglass) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+void QtDesktop::DoEvents() {
+  if (IsWindowThread()) QApplication::processEvents();
+}
+
+std::optional<RECT> QtDesktop::ScreenRect(Object& control) {
+  if (!IsWindowThread()) return std::nullopt;
+  const QWidget* const widget = WidgetOf(control);
+  if (widget == nullptr || !widget->isVisible()) return std::nullopt;
+  return ToRect({widget->mapToGlobal(QPoint(0, 0)), widget->size()});
+}
+
+RECT QtDesktop::WorkArea() {
+  if (!CanShowWindows()) return headless_.WorkArea();
+  const QWidget* const owner = OwnerForNewWindow();
+  const QScreen* const screen =
+      owner != nullptr ? owner->screen() : QGuiApplication::primaryScreen();
+  return screen != nullptr ? ToRect(screen->availableGeometry()) : RECT();
+}
+
+void QtDesktop::DrawWireRects(const RECT& from, const RECT& to, int steps,
+                              std::chrono::milliseconds pause) {
+  if (steps > 0 && CanShowWindows()) DrawWireFrame(from, to, steps, pause);
+}
+
+}  // namespace kel

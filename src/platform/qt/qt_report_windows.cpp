@@ -1,0 +1,72 @@
+#include "platform/qt/qt_report_windows.h"
+
+#include <QApplication>
+#include <QEventLoop>
+
+#include "common/error.h"
+#include "engine/frmPrint.h"
+#include "engine/frmStartPage.h"
+#include "platform/qt/qt_application.h"
+#include "preview/frmPV.h"
+
+namespace kel {
+namespace {
+
+void RequireWindows() {
+  if (CanShowWindows()) return;
+  throw Error(error_number::kInvalidProcedureCall,
+              "no window can be shown: there is no screen, or this is not the thread of a Qt "
+              "application with widgets");
+}
+
+}  // namespace
+
+QtReportWindows::QtReportWindows() = default;
+
+QtReportWindows::~QtReportWindows() {
+  // A host ends with the process, after the application: too late to take a window down.
+  [[maybe_unused]] const frmPV* const left_open = preview_.release();
+}
+
+std::optional<PageRange> QtReportWindows::AskPageRange(std::int32_t page_count) {
+  RequireWindows();
+  frmPrint dialog(page_count);
+  dialog.Ask();
+  return dialog.Range();
+}
+
+void QtReportWindows::AskStartPage(JobValues& job) {
+  RequireWindows();
+  frmStartPage(job).Ask();
+}
+
+void QtReportWindows::ShowPreview(const ReportSnapshot& report, ShowStyle style) {
+  RequireWindows();
+  if (preview_) {
+    preview_->ShowReport(report);
+    preview_->raise();
+    preview_->activateWindow();
+    return;
+  }
+  preview_ = std::make_unique<frmPV>(report);
+  if (style == ShowStyle::kModal) return OpenUntilClosed();
+  OpenBeside();
+}
+
+void QtReportWindows::OpenBeside() {
+  frmPV* const window = preview_.get();
+  QObject::connect(window, &frmPV::Closed, window, [this] { preview_.release()->deleteLater(); });
+  QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, &QWidget::close);
+  window->show();
+}
+
+void QtReportWindows::OpenUntilClosed() {
+  QEventLoop loop;
+  QObject::connect(preview_.get(), &frmPV::Closed, &loop, &QEventLoop::quit);
+  preview_->setWindowModality(Qt::ApplicationModal);
+  preview_->show();
+  loop.exec();
+  preview_.reset();
+}
+
+}  // namespace kel

@@ -1,0 +1,96 @@
+#include "controls/icons.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+#include <QSet>
+
+namespace kel {
+namespace {
+
+// The application's palette as it was, at the end of a test.
+class Icons : public ::testing::Test {
+ protected:
+  void TearDown() override { QApplication::setPalette(before_); }
+
+  static void UseTextColor(const QColor& color) {
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::WindowText, color);
+    QApplication::setPalette(palette);
+  }
+
+ private:
+  QPalette before_ = QApplication::palette();
+};
+
+QImage ImageOf(const QString& name, int size, QIcon::Mode mode = QIcon::Normal) {
+  return Icon(name)
+      .pixmap(QSize(size, size), 1, mode)
+      .toImage()
+      .convertToFormat(QImage::Format_ARGB32);
+}
+
+int Opacity(const QImage& image) {
+  int sum = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) sum += qAlpha(image.pixel(x, y));
+  }
+  return sum;
+}
+
+TEST_F(Icons, EveryNameHasAPictureOfItsOwnAtTheSmallestSize) {
+  const QStringList names = IconNames();
+  EXPECT_EQ(names.size(), 23);
+  QList<QImage> seen;
+  for (const QString& name : names) {
+    const QImage image = ImageOf(name, 16);
+    ASSERT_EQ(image.size(), QSize(16, 16)) << name.toStdString();
+    EXPECT_GT(Opacity(image), 16 * 255) << name.toStdString();
+    EXPECT_FALSE(seen.contains(image)) << name.toStdString();
+    seen << image;
+  }
+  EXPECT_TRUE(Icon("no-such-icon").isNull());
+}
+
+TEST_F(Icons, StrokesFollowThePaletteAlsoWhenItChanges) {
+  const QIcon close = Icon("close");
+  for (const QColor& color : {QColor(Qt::black), QColor(0xEE, 0xEE, 0xEE)}) {
+    UseTextColor(color);
+    EXPECT_EQ(close.pixmap(24, 24).toImage().pixelColor(12, 12), color);
+  }
+}
+
+TEST_F(Icons, MessageIconsKeepTheirAccentOnAnyPalette) {
+  UseTextColor(Qt::white);
+  const QColor edge = ImageOf("critical", 48).pixelColor(24, 6);
+  EXPECT_GT(edge.red(), 200);
+  EXPECT_LT(edge.green(), 120);
+}
+
+TEST_F(Icons, ADisabledIconIsTheSameButFainter) {
+  const int enabled = Opacity(ImageOf("print", 24));
+  const int disabled = Opacity(ImageOf("print", 24, QIcon::Disabled));
+  EXPECT_LT(disabled, enabled / 2);
+  EXPECT_GT(disabled, enabled / 4);
+}
+
+TEST_F(Icons, AScaledScreenGetsAllItsPixels) {
+  const QPixmap pixmap = Icon("find").pixmap(QSize(24, 24), 2);
+  EXPECT_EQ(pixmap.size(), QSize(48, 48));
+  EXPECT_EQ(pixmap.devicePixelRatio(), 2);
+
+  QImage screen(48, 48, QImage::Format_ARGB32_Premultiplied);
+  screen.setDevicePixelRatio(2);
+  screen.fill(Qt::transparent);
+  QPainter painter(&screen);
+  Icon("find").paint(&painter, QRect(0, 0, 24, 24));
+  painter.end();
+  QImage expected = pixmap.toImage().convertToFormat(screen.format());
+  EXPECT_EQ(screen, expected);
+}
+
+}  // namespace
+}  // namespace kel

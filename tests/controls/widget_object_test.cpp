@@ -1,0 +1,211 @@
+#include "controls/widget_object.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTest>
+#include <memory>
+#include <vector>
+
+#include "controls/Button.h"
+#include "support/errors.h"
+
+namespace kel {
+namespace {
+
+using testing::ErrorOf;
+
+Value Get(QWidget& widget, std::string_view member) {
+  const auto object = WidgetObject(widget);
+  return object->Get(object->Resolve(member));
+}
+
+void Put(QWidget& widget, std::string_view member, const Value& value) {
+  const auto object = WidgetObject(widget);
+  object->Put(object->Resolve(member), value);
+}
+
+TEST(WidgetObject, KindsAndDefaultMembersAreThePublishedOnes) {
+  QLineEdit line("a");
+  QPlainTextEdit plain("b");
+  QComboBox combo;
+  combo.addItems({"x", "c"});
+  combo.setCurrentIndex(1);
+  QDateEdit date(QDate(2026, 4, 1));
+  date.setDisplayFormat("yyyy-MM-dd");
+  QCheckBox check("&d");
+  QRadioButton option("e");
+  QLabel label("f");
+  QGroupBox frame("g");
+  Button button("&h");
+  QDialog form;
+  form.setWindowTitle("i");
+  struct Case {
+    QWidget& widget;
+    const char* type_name;
+    const char* text;
+    const char* member;
+    const char* lacking;
+  };
+  const std::vector<Case> cases = {{line, "TextBox", "a", "text", "Caption"},
+                                   {plain, "TextBox", "b", "TEXT", "Caption"},
+                                   {combo, "ComboBox", "c", "Text", "Caption"},
+                                   {date, "DTPicker", "2026-04-01", "Text", "Caption"},
+                                   {check, "CheckBox", "&d", "caption", "Text"},
+                                   {option, "OptionButton", "e", "Caption", "Text"},
+                                   {label, "Label", "f", "Caption", "Text"},
+                                   {frame, "Frame", "g", "Caption", "Text"},
+                                   {button, "CommandButton", "&h", "Caption", "Text"},
+                                   {form, "Form", "i", "Caption", "Text"}};
+  for (const auto& [widget, type_name, text, member, lacking] : cases) {
+    const auto object = WidgetObject(widget);
+    EXPECT_EQ(object->TypeName(), type_name);
+    EXPECT_EQ(object->Get(Object::kDefaultMember), Value(text)) << type_name;
+    EXPECT_EQ(object->Get(object->Resolve(member)), Value(text)) << type_name;
+    const auto resolve = [&object, name = lacking] { object->Resolve(name); };
+    EXPECT_EQ(ErrorOf(resolve).Number(), error_number::kNoSuchMember) << type_name;
+  }
+}
+
+TEST(WidgetObject, TextIsWrittenThroughTheFieldsOwnRules) {
+  QLineEdit line;
+  Put(line, "Text", 12.5);
+  EXPECT_EQ(line.text(), "12.5");
+
+  QComboBox list;
+  list.addItems({"Cash", "Bank"});
+  Put(list, "Text", "Bank");
+  EXPECT_EQ(list.currentIndex(), 1);
+  EXPECT_EQ(ErrorOf([&] { Put(list, "Text", "bank"); }).Number(), 383);
+  list.setEditable(true);
+  Put(list, "Text", "Stock");
+  EXPECT_EQ(list.currentText(), "Stock");
+
+  QSpinBox spin;
+  spin.setRange(1, 50);
+  Put(spin, "Text", "42");
+  EXPECT_EQ(spin.value(), 42);
+  EXPECT_EQ(ErrorOf([&] { Put(spin, "Text", "many"); }).Number(), error_number::kTypeMismatch);
+  EXPECT_EQ(spin.value(), 42);
+
+  QDateEdit date;
+  date.setDisplayFormat("dd/MM/yyyy");
+  Put(date, "Text", "31/03/2027");
+  EXPECT_EQ(date.date(), QDate(2027, 3, 31));
+}
+
+TEST(WidgetObject, PlacesAndSizesAreTwips) {
+  QWidget form;
+  QLabel label(&form);
+  Put(label, "Left", 150);
+  Put(label, "Top", 1440);
+  Put(label, "Width", 2580);
+  Put(label, "Height", 300);
+  EXPECT_EQ(label.geometry(), QRect(10, 96, 172, 20));
+  EXPECT_EQ(Get(label, "Width"), Value(2580));
+  EXPECT_EQ(Get(label, "Top"), Value(1440));
+}
+
+TEST(WidgetObject, VisibleAndEnabledAreTheControlsOwn) {
+  QWidget form;
+  QLineEdit edit(&form);
+  form.setEnabled(false);
+  EXPECT_EQ(Get(edit, "Visible"), Value(true));
+  EXPECT_EQ(Get(edit, "Enabled"), Value(true));
+  Put(edit, "Visible", false);
+  Put(edit, "Enabled", false);
+  EXPECT_EQ(Get(edit, "Visible"), Value(false));
+  EXPECT_EQ(Get(edit, "Enabled"), Value(false));
+  EXPECT_TRUE(edit.isHidden());
+}
+
+TEST(WidgetObject, ColoursAreSeenOnTheScreenAndReadBack) {
+  QLabel label("x");
+  Put(label, "BackColor", 0x00FF00);
+  Put(label, "ForeColor", 0x0000FF);
+  EXPECT_EQ(label.grab().toImage().pixelColor(0, 0), QColor(Qt::green));
+  EXPECT_EQ(Get(label, "ForeColor"), Value(0x0000FF));
+
+  Button button("x");
+  Put(button, "BackColor", -2147483633);
+  EXPECT_EQ(button.BackColor(), system_color::kButtonFace);
+  EXPECT_EQ(Get(button, "BackColor"), Value(-2147483633));
+}
+
+TEST(WidgetObject, TheParentIsTheWindowAndTheTagStaysWithTheWidget) {
+  QDialog form;
+  form.setWindowTitle("Vouchers");
+  QGroupBox frame(&form);
+  QLineEdit amount(&frame);
+  amount.setObjectName("Amount");
+  EXPECT_EQ(Get(amount, "Name"), Value("Amount"));
+  EXPECT_EQ(ErrorOf([&] { Put(amount, "Name", "Other"); }).Number(), 383);
+
+  const Value held = Get(amount, "Parent");
+  Object& parent = held.ToObject();
+  EXPECT_EQ(parent.Get(parent.Resolve("Caption")), Value("Vouchers"));
+  EXPECT_TRUE(parent.IsSame(*WidgetObject(form)));
+  EXPECT_FALSE(parent.IsSame(*WidgetObject(frame)));
+  const Value of_form = Get(form, "Parent");
+  EXPECT_EQ(ErrorOf([&] { of_form.ToObject(); }).Number(), error_number::kObjectNotSet);
+
+  EXPECT_EQ(Get(amount, "Tag"), Value(""));
+  Put(amount, "Tag", "Amount is needed.");
+  EXPECT_EQ(Get(amount, "Tag"), Value("Amount is needed."));
+  EXPECT_EQ(WidgetOf(*WidgetObject(amount)), &amount);
+}
+
+TEST(WidgetObject, SetFocusGivesTheFocusOrTellsThatItCannot) {
+  QWidget form;
+  QLineEdit first(&form);
+  QLineEdit second(&form);
+  form.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  const auto object = WidgetObject(second);
+  Arguments none;
+  object->Call(object->Resolve("SetFocus"), none);
+  EXPECT_TRUE(second.hasFocus());
+
+  second.setEnabled(false);
+  const auto refuse = [&] { object->Call(object->Resolve("SetFocus"), none); };
+  EXPECT_EQ(ErrorOf(refuse).Number(), error_number::kInvalidProcedureCall);
+}
+
+TEST(WidgetObject, AWidgetThatIsGoneGivesError91) {
+  auto edit = std::make_unique<QLineEdit>("x");
+  const auto object = WidgetObject(*edit);
+  const auto other = WidgetObject(*edit);
+  const Object::MemberId text = object->Resolve("Text");
+  edit.reset();
+  EXPECT_EQ(ErrorOf([&] { object->Get(text); }).Number(), error_number::kObjectNotSet);
+  EXPECT_EQ(ErrorOf([&] { object->Put(text, "y"); }).Number(), error_number::kObjectNotSet);
+  EXPECT_EQ(ErrorOf([&] { object->TypeName(); }).Number(), error_number::kObjectNotSet);
+  EXPECT_EQ(WidgetOf(*object), nullptr);
+  EXPECT_FALSE(object->IsSame(*other));
+}
+
+TEST(WidgetObject, MembersThatAreNotThereGiveError438) {
+  QListWidget list;
+  const auto object = WidgetObject(list);
+  EXPECT_EQ(object->TypeName(), "ListBox");
+  for (const char* name : {"Text", "Caption", "Colour", ""}) {
+    EXPECT_EQ(ErrorOf([&] { object->Resolve(name); }).Number(), error_number::kNoSuchMember);
+  }
+  for (const Object::MemberId id : {Object::kDefaultMember, -1, 999}) {
+    EXPECT_EQ(ErrorOf([&] { object->Get(id); }).Number(), error_number::kNoSuchMember);
+  }
+}
+
+}  // namespace
+}  // namespace kel

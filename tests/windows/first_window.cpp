@@ -1,0 +1,51 @@
+// A program that leaves the application object to the library. It asks one question, from its main
+// thread, from another one ("thread"), or beside an application without widgets ("core", "gui"),
+// and prints the answer, the platform, and what became of its locale and environment.
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "platform/qt/qt_application.h"
+#include "platform/qt/qt_host.h"
+#include "toolkit/CZURDLL.h"
+
+namespace {
+
+constexpr std::int32_t kUnloadTime = 20;  // milliseconds
+
+void Ask() {
+  kel::CZURDLL toolkit;
+  const bool answer = toolkit.MsgBox("Day closed", kel::msgOK, std::nullopt, kel::msgInformation,
+                                     false, kUnloadTime);
+  std::printf("%s %s\n", answer ? "yes" : "no", toolkit.LastError() ? "failed" : "");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string kind = argc > 1 ? argv[1] : "";
+  std::unique_ptr<QCoreApplication> application;
+  if (kind == "core") application = std::make_unique<QCoreApplication>(argc, argv);
+  if (kind == "gui") application = std::make_unique<QGuiApplication>(argc, argv);
+  std::setlocale(LC_ALL, "C");
+
+  kel::InstallQtHost();
+  if (kind == "thread") {
+    std::thread(Ask).join();
+  } else {
+    Ask();
+  }
+  const char* const platform = std::getenv("QT_QPA_PLATFORM");
+  std::printf("application %s\n", QCoreApplication::instance() == nullptr ? "none" : "made");
+  std::printf("platform %s\n", qPrintable(QGuiApplication::platformName()));
+  std::printf("screen %d\n", kel::HasScreen() ? 1 : 0);
+  std::printf("locale %s\n", std::setlocale(LC_ALL, nullptr));
+  std::printf("QT_QPA_PLATFORM %s\n", platform == nullptr ? "unset" : platform);
+  return 0;
+}

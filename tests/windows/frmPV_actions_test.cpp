@@ -1,0 +1,147 @@
+// What the buttons open: printing, export, colours, the about window; and closing.
+#include <QSignalSpy>
+
+#include "common/ole_color.h"
+#include "controls/colors.h"
+#include "preview/zoom.h"
+#include "windows/preview_fixture.h"
+
+namespace kel::testing {
+namespace {
+
+TEST_F(PreviewTest, ColoursAreReadWhenTheWindowLoadsAndWrittenWhenItCloses) {
+  settings_->Write("Preview", "BackColor", "255");
+  settings_->Write("Preview", "ForeColor", "16777215");
+  Open();
+  EXPECT_EQ(Pic().grab().toImage().pixelColor(1, 1), QColor(255, 0, 0));
+  EXPECT_EQ(Box("picFore").BackColor(), 0xffffffU);
+  settings_->Write("Preview", "BackColor", "0");
+  EXPECT_TRUE(window_->close());
+  EXPECT_EQ(settings_->Read("Preview", "BackColor"), "255");
+  EXPECT_EQ(settings_->Read("Preview", "ForeColor"), "16777215");
+}
+
+TEST_F(PreviewTest, WithoutSettingsTheSystemsColoursAreUsed) {
+  for (const char* stored : {"", "blue", "1E300", "-99999999999", "0.5", "1677721600"}) {
+    settings_->Write("Preview", "BackColor", stored);
+    Open();
+    EXPECT_EQ(Box("picBack").BackColor(), system_color::kWindowBackground) << stored;
+    EXPECT_EQ(Box("picFore").BackColor(), system_color::kWindowText);
+  }
+  window_->close();
+  EXPECT_EQ(settings_->Read("Preview", "BackColor"), "-2147483643");
+  EXPECT_EQ(settings_->Read("Preview", "ForeColor"), "-2147483640");
+}
+
+TEST_F(PreviewTest, ShiftWithTheArrowsGoesThroughTheColoursByKeyboard) {
+  Open();
+  SearchFor("cash");
+  Find("picBack").setFocus();
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(Box("picBack").BackColor(), system_color::kWindowText);
+  EXPECT_EQ(Pic().Colors().back, system_color::kWindowText);
+  EXPECT_EQ(Pic().Page().match.cells, 0);
+  Press(Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(Pic().Colors().back, system_color::kWindowBackground);
+}
+
+TEST_F(PreviewTest, ExportGetsTheReportOrSaysThatThereIsNone) {
+  Open();
+  Click("Export");
+  ASSERT_EQ(desktop_->messages.size(), 1U);
+  EXPECT_EQ(desktop_->messages[0].prompt, "Export is not available in this version.");
+  EXPECT_EQ(desktop_->messages[0].title, window_->windowTitle().toStdString());
+  std::filesystem::path exported;
+  CurrentPreviewHost().show_export = [&](const ReportSnapshot& report) {
+    exported = report.page_file;
+  };
+  Click("Export");
+  EXPECT_EQ(exported, report_.page_file);
+}
+
+TEST_F(PreviewTest, AFailureOfExportIsToldAndTheWindowStays) {
+  CurrentPreviewHost().show_export = [](const ReportSnapshot&) {
+    throw Error(error_number::kDiskFull, "no room");
+  };
+  Open();
+  Click("Export");
+  ASSERT_EQ(desktop_->messages.size(), 1U);
+  EXPECT_EQ(desktop_->messages[0].prompt, "61 : no room");
+  Click("Next");
+  EXPECT_EQ(PageBox().text(), "2/3");
+}
+
+class RangeAsker : public ReportWindows {
+ public:
+  std::optional<PageRange> AskPageRange(std::int32_t page_count) override {
+    asked_of = page_count;
+    return PageRange{2, 3};
+  }
+  void AskStartPage(JobValues& /*job*/) override {}
+  void ShowPreview(const ReportSnapshot& /*report*/, ShowStyle /*style*/) override {}
+  std::int32_t asked_of = 0;
+};
+
+class PaperTray : public ReportPrinter {
+ public:
+  void Print(const std::filesystem::path& page_file, const PrintSettings& settings) override {
+    printed = ReadFile(page_file);
+    mode = settings.mode;
+  }
+  std::string printed;
+  std::string mode;
+};
+
+TEST_F(PreviewTest, PrintPrintsTheReportOnShowWithItsOwnSettings) {
+  const auto asker = std::make_shared<RangeAsker>();
+  const auto tray = std::make_shared<PaperTray>();
+  CurrentReportHost() = {asker, tray};
+  report_.settings.mode = "DOS";
+  Open();
+  Press(Qt::Key_P, Qt::ControlModifier);
+  EXPECT_EQ(asker->asked_of, 3);
+  EXPECT_EQ(tray->mode, "DOS");
+  const std::string whole = ReadFile(report_.page_file);
+  EXPECT_EQ(tray->printed, whole.substr(report_.job.page_offsets->at(1)));
+}
+
+TEST_F(PreviewTest, AboutIsShownFromTheButton) {
+  Open();
+  QString shown;
+  Soon([&] {
+    QWidget* about = QApplication::activeModalWidget();
+    if (about == nullptr) return;
+    shown = about->objectName();
+    about->close();
+  });
+  Press(Qt::Key_T, Qt::ControlModifier);
+  EXPECT_EQ(shown, "frmAbout");
+}
+
+TEST_F(PreviewTest, CtrlOClosesTheWindowOnce) {
+  Open();
+  QSignalSpy closed(window_.get(), &frmPV::Closed);
+  Press(Qt::Key_O, Qt::ControlModifier);
+  EXPECT_FALSE(window_->isVisible());
+  EXPECT_EQ(closed.count(), 1);
+  window_->close();
+  EXPECT_EQ(closed.count(), 1);
+  EXPECT_FALSE(window_->testAttribute(Qt::WA_QuitOnClose));
+}
+
+TEST_F(PreviewTest, AnotherReportComesIntoTheSameWindowOnItsFirstPage) {
+  settings_->Write("Preview", "BackColor", "65280");
+  Open();
+  Click("Next");
+  Click("ZoomIn");
+  settings_->Write("Preview", "BackColor", "255");
+  window_->ShowReport(WritePages(folder_ / "next.rpt", {{"Other", "\x0c"}, {"More", "\x0c"}}, 80));
+  EXPECT_EQ(PageBox().text(), "1/2");
+  EXPECT_EQ(Pic().FontSize(), kFirstZoom + kZoomStep);
+  EXPECT_EQ(Pic().Colors().back, 65280U);
+  EXPECT_NEAR(Pic().width(), 82 * Pic().Cell().width(), 1);
+  EXPECT_EQ(Pic().Page().TextOf(Pic().Page().runs.at(0)), " Other");
+}
+
+}  // namespace
+}  // namespace kel::testing
