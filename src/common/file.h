@@ -11,7 +11,8 @@
 namespace kel {
 
 /// Whether a symbolic link at the last part of a path is followed. The library's own work files
-/// are opened without, so that a planted link leads nowhere.
+/// are opened without, so that a planted link leads nowhere; what is no regular file there is an
+/// error (52) to a reader.
 enum class Links { kFollow, kRefuse };
 
 /// What tells one content of a path from another without reading it.
@@ -26,7 +27,7 @@ struct FileStamp {
 /// An open file to read. One object is used by one thread at a time.
 class InputFile {
  public:
-  /// Throws Error 53, 70 or 57.
+  /// Throws Error 52, 53, 70 or 57.
   explicit InputFile(const std::filesystem::path& path, Links links = Links::kFollow);
   ~InputFile();
   InputFile(const InputFile&) = delete;

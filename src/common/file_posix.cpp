@@ -87,7 +87,9 @@ class PipeSignalHold {
 }  // namespace
 
 InputFile::InputFile(const std::filesystem::path& path, Links links) : path_(path) {
-  const int descriptor = OpenDescriptor(path, O_RDONLY | NoFollow(links));
+  // A work file is never waited for: a pipe planted in its place has no writer.
+  const int waiting = links == Links::kRefuse ? O_NONBLOCK : 0;
+  const int descriptor = OpenDescriptor(path, O_RDONLY | NoFollow(links) | waiting);
   if (descriptor == -1) Throw("cannot open", path);
   struct stat status {};
   const int failure = ::fstat(descriptor, &status) == -1 ? errno
@@ -96,6 +98,10 @@ InputFile::InputFile(const std::filesystem::path& path, Links links) : path_(pat
   if (failure != 0) {
     ::close(descriptor);
     Throw("cannot open", path, failure);
+  }
+  if (links == Links::kRefuse && !S_ISREG(status.st_mode)) {
+    ::close(descriptor);
+    throw Error(error_number::kBadFileName, "cannot open " + path.string() + ": it is no file");
   }
 #ifdef POSIX_FADV_SEQUENTIAL
   ::posix_fadvise(descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);

@@ -91,6 +91,7 @@ void frmPV::ShowReport(const ReportSnapshot& report) {
   view_->SizePage();
   LoadPage(true);
   view_->ScrollSize();
+  view_->GoToStart();
 }
 
 void frmPV::closeEvent(QCloseEvent* event) {

@@ -10,7 +10,7 @@ Qt::KeyboardModifiers Modifiers(const QKeyEvent& key) {
   return key.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
 }
 
-bool BelongsToTextBox(const QObject* control, const QKeyEvent& key) {
+bool MovesInTextBox(const QObject* control, const QKeyEvent& key) {
   if (qobject_cast<const QLineEdit*>(control) == nullptr) return false;
   const int code = key.key();
   return code == Qt::Key_Left || code == Qt::Key_Right || code == Qt::Key_Home ||
@@ -60,14 +60,16 @@ bool PreviewKeys::eventFilter(QObject* watched, QEvent* event) {
   const auto& key = static_cast<const QKeyEvent&>(*event);
   const std::optional<PreviewCommand> command = CommandOfKey(key);
   const bool typed = IsPageTyped(watched, key);
-  const bool scrolls = IsScrollKey(key) && !BelongsToTextBox(watched, key);
+  const bool scrolls = IsScrollKey(key);
   if (!command && !typed && !scrolls) return false;
-  event->accept();
-  if (!pressed) return true;
+  // A key that also moves in a text box does both.
+  const bool taken = !scrolls || !MovesInTextBox(watched, key);
+  if (taken) event->accept();
+  if (!pressed) return taken;
   if (command) emit CommandPressed(*command);
   if (typed) emit PageTyped();
   if (scrolls) emit ScrollPressed(key.key());
-  return true;
+  return taken;
 }
 
 }  // namespace kel

@@ -16,8 +16,8 @@ std::optional<PreviewCommand> CommandOfKey(const QKeyEvent& key);
 bool IsScrollKey(const QKeyEvent& key);
 
 /// Takes the keys of a window before the control that has the focus sees them, as a form with key
-/// preview does, and before the shortcuts of the program around it. A text box keeps the keys that
-/// move its own cursor.
+/// preview does, and before the shortcuts of the program around it. A key that moves the page moves
+/// the cursor of a text box too, where it would.
 class PreviewKeys : public QObject {
   Q_OBJECT
 

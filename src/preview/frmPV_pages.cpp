@@ -32,8 +32,9 @@ void frmPV::LoadPage(bool reset_find) {
     return;
   }
   ShowPosition();
-  const MarkedCells& match = surface.Page().match;
-  if (match.cells > 0) view_->MoveToSelection(match.line, match.column);
+  // Also to a match so far right in its line that it is no longer drawn.
+  if (model_.MatchColumn() > 0)
+    view_->MoveToSelection(model_.MatchLineOfPage(), model_.MatchColumn());
 }
 
 void frmPV::ShowPosition() {
@@ -57,7 +58,6 @@ void frmPV::LocatePage() {
   bool found = false;
   try {
     BeginWork();
-    view_->PaintStatus();  // a report of gigabytes takes a while to search
     found = model_.LocatePage(box.text().toStdString());
     EndWork();
   } catch (...) {
@@ -86,6 +86,7 @@ void frmPV::ShowFailure() {
 void frmPV::BeginWork() {
   CurrentHost().desktop->SetMousePointer(MousePointer::kHourglass);
   view_->Status(QStringLiteral("Busy"));
+  view_->PaintStatus();  // a report of gigabytes takes a while to search
 }
 
 void frmPV::EndWork() noexcept {

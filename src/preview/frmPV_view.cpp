@@ -1,5 +1,6 @@
 #include "preview/frmPV_view.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QGridLayout>
 #include <QMouseEvent>
@@ -117,6 +118,11 @@ void PageView::ScrollSize() {
   const ScrollRange across = HorizontalRange(view);
   SetRange(*horizontal_, across.maximum, view.view_width);
   PlaceLeft(across.centred_edge.value_or(-horizontal_->value()));
+}
+
+void PageView::GoToStart() {
+  vertical_->setValue(vertical_->minimum());
+  horizontal_->setValue(horizontal_->minimum());
 }
 
 ViewMetrics PageView::Metrics() const {
@@ -240,6 +246,9 @@ void PageView::Notice(const QString& text) {
   notice_->setAccessibleName(text);
   notice_->setVisible(!text.isEmpty());
   PlaceNotice();
+  if (text.isEmpty()) return;
+  QAccessibleEvent alert(notice_, QAccessible::Alert);  // read out, as the message has no text
+  QAccessible::updateAccessibility(&alert);
 }
 
 void PageView::PlaceNotice() {

@@ -30,6 +30,8 @@ class PageView : public QWidget {
   bool Holds(const QSize& page) const;
 
   void ScrollSize();
+  /// Scrolls to the page's top left.
+  void GoToStart();
   /// Scrolls so that the match, which begins at `column` of `line`, is in view.
   void MoveToSelection(int line, Cells column);
   /// Page Up, Page Down, Home, End and the arrow keys, by their Qt::Key.

@@ -53,6 +53,10 @@ class PageModel {
   LineNumber MatchLine() const { return match_line_; }
   /// Column of the last match in its line, from 1; 0 when no match is on show.
   Cells MatchColumn() const { return match_column_; }
+  /// The match's line on its page, from 0. REQUIRES that a match is on show.
+  std::int32_t MatchLineOfPage() const {
+    return static_cast<std::int32_t>((match_line_ - 1) % LinesPerPage());
+  }
 
  private:
   void RequirePages() const;

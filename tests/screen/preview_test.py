@@ -21,7 +21,6 @@ MARGIN = 40  # pixels of the screen's edge that are not looked at
 BELOW_TOOL_BAR = 120
 
 PAGE = (MARGIN, BELOW_TOOL_BAR, XServer.WIDTH - 2 * MARGIN, XServer.HEIGHT - BELOW_TOOL_BAR - MARGIN)
-LEAKS = Path(__file__).with_name("leaks.supp")
 PAPER = 0.2  # of the screen at least
 
 keldll = None
@@ -35,8 +34,7 @@ class PreviewTest(unittest.TestCase):
         self.screen = XServer(self.folder)
         self.addCleanup(self.screen.close)
         self.environment = {**self.screen.environment, "KELDLL_HOME": str(self.folder / "home"),
-                            "XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_RUNTIME_DIR": str(self.folder),
-                            "LSAN_OPTIONS": f"suppressions={LEAKS}:print_suppressions=0"}
+                            "XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_RUNTIME_DIR": str(self.folder)}
         self.report = self.folder / "demo.json"
         rows = [[str(row), NEEDLE if row == ROWS - 10 else f"Account {row}", f"{row}.00"] for row in range(1, ROWS)]
         self.report.write_text(json.dumps({

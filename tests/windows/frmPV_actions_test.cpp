@@ -141,6 +141,13 @@ TEST_F(PreviewTest, AnotherReportComesIntoTheSameWindowOnItsFirstPage) {
   EXPECT_EQ(Pic().Colors().back, 65280U);
   EXPECT_NEAR(Pic().width(), 82 * Pic().Cell().width(), 1);
   EXPECT_EQ(Pic().Page().TextOf(Pic().Page().runs.at(0)), " Other");
+
+  window_->ShowReport(
+      WritePages(report_.page_file, Pages(2, std::vector<std::string>(200, "x")), 300));
+  Press(Qt::Key_End);
+  window_->ShowReport(
+      report_ = WritePages(report_.page_file, Pages(1, std::vector<std::string>(200, "y")), 300));
+  EXPECT_EQ(VS().value(), -1) << "a report begins at its top";
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // What becomes of an open preview when its report, or its settings, go wrong.
+#include <sys/stat.h>
+
 #include <fstream>
 
 #include "common/temp_folder.h"
@@ -70,15 +72,22 @@ TEST_F(PreviewFaultTest, ASearchInAFileThatIsGoneIsToldAndLogged) {
   ExpectUsable();
 }
 
-TEST_F(PreviewFaultTest, AFolderInPlaceOfTheFileIsAFailureLikeAnyOther) {
-  std::filesystem::remove(report_.page_file);
-  std::filesystem::create_directory(report_.page_file);
-  Click("Next");
-  EXPECT_NE(Notice(), "");
-  SearchFor("cash");
-  EXPECT_EQ(desktop_->messages.size(), 2U);
-  std::filesystem::remove(report_.page_file);
-  ExpectUsable();
+TEST_F(PreviewFaultTest, WhatIsNoFileInItsPlaceIsAFailureLikeAnyOther) {
+  for (const bool pipe : {false, true}) {
+    desktop_->messages.clear();
+    std::filesystem::remove(report_.page_file);
+    if (pipe) {
+      ASSERT_EQ(::mkfifo(report_.page_file.c_str(), 0600), 0);
+    } else {
+      std::filesystem::create_directory(report_.page_file);
+    }
+    Click(IsEnabled("Next") ? "Next" : "Previous");
+    EXPECT_NE(Notice(), "");
+    SearchFor("cash");
+    EXPECT_EQ(desktop_->messages.size(), 2U);
+    std::filesystem::remove(report_.page_file);
+    ExpectUsable();
+  }
 }
 
 TEST_F(PreviewFaultTest, APageBeyondTheEndOfACutFileIsSaidToBeMissing) {

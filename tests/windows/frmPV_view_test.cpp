@@ -134,18 +134,18 @@ TEST_F(LargePageTest, KeysMoveThePage) {
   EXPECT_EQ(Find("Border").pos() - Pic().pos(), QPoint(2, 1));
 }
 
-TEST_F(LargePageTest, ABoxKeepsTheKeysThatMoveItsCursor) {
+TEST_F(LargePageTest, KeysMoveThePageAndTheCursorOfTheBoxThatHasTheFocus) {
   Type(FindBox(), "xy");
   Press(Qt::Key_Home);
   EXPECT_EQ(FindBox().cursorPosition(), 0);
   Press(Qt::Key_Right);
   EXPECT_EQ(FindBox().cursorPosition(), 1);
+  EXPECT_EQ(HS().value(), std::min(HS().pageStep() - 1, HS().maximum()));
   Press(Qt::Key_End);
   EXPECT_EQ(FindBox().cursorPosition(), 2);
-  EXPECT_EQ(VS().value(), -1);
-  EXPECT_EQ(HS().value(), -1);
-  Press(Qt::Key_PageDown);
-  EXPECT_EQ(VS().value(), VS().pageStep() - 1);
+  EXPECT_EQ(VS().value(), VS().maximum());
+  Press(Qt::Key_PageUp);
+  EXPECT_EQ(VS().value(), VS().maximum() - VS().pageStep());
 }
 
 TEST_F(LargePageTest, KeysMoveThePageAlsoWhileAButtonHasTheFocus) {
@@ -178,6 +178,15 @@ TEST_F(LargePageTest, AMatchIsScrolledIntoView) {
           .toAlignedRect()
           .translated(Pic().pos());
   EXPECT_TRUE(Find("fme").rect().contains(match));
+}
+
+TEST_F(LargePageTest, AMatchTooFarRightToBeDrawnIsScrolledToNevertheless) {
+  Pages pages(1, std::vector<std::string>(120, "x"));
+  pages[0][110] = std::string(40000, 'x') + "Needle";
+  window_->ShowReport(WritePages(report_.page_file, pages, 300));
+  SearchFor("needle");
+  EXPECT_GT(VS().value(), 0);
+  EXPECT_EQ(HS().value(), HS().maximum());
 }
 
 TEST_F(LargePageTest, ZoomingBackCentresThePageAgain) {
