@@ -161,6 +161,10 @@ void Button::mouseReleaseEvent(QMouseEvent* event) {
 
 void Button::keyPressEvent(QKeyEvent* event) {
   const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool presses = plain && (enter || event->key() == Qt::Key_Space);
+  // A key still held from before is no answer to what has come up since.
+  if (presses && event->isAutoRepeat()) return event->accept();
   if (plain && event->key() == Qt::Key_Space) {
     space_down_ = true;
     DRAWBUTTON(kPressed);
@@ -168,7 +172,7 @@ void Button::keyPressEvent(QKeyEvent* event) {
     focusPreviousChild();
   } else if (plain && event->key() == Qt::Key_Right) {
     focusNextChild();
-  } else if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+  } else if (plain && enter) {
     click();  // the button in hand goes before the window's default one
   } else {
     event->ignore();

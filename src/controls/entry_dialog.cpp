@@ -70,6 +70,7 @@ void EntryDialog::showEvent(QShowEvent* event) {
 void EntryDialog::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (!enter || default_ == nullptr) return QDialog::keyPressEvent(event);
+  if (event->isAutoRepeat()) return event->accept();  // still held from before
   auto* const focused = dynamic_cast<Button*>(focusWidget());
   (focused != nullptr ? focused : default_)->click();
 }

@@ -63,7 +63,11 @@ std::string PathOrEmpty(std::filesystem::path (*path)()) {
   }
 }
 
-}  // namespace
+ReportPrinter& RequirePrinter() {
+  ReportPrinter* const printer = CurrentReportHost().printer.get();
+  if (printer != nullptr) return *printer;
+  throw Error(error_number::kPrinterError, "Printing is not available in this version");
+}
 
 // The part of a grid that a caller asked for.
 struct CallerRange {
@@ -77,6 +81,8 @@ ReportRange WholeRange(GridSource& grid, const CallerRange& asked, PageNumber fi
   return {asked.row1.value_or(0), asked.col1.value_or(0), asked.row2 ? *asked.row2 : grid.LastRow(),
           asked.col2 ? *asked.col2 : grid.LastCol(), first_page};
 }
+
+}  // namespace
 
 struct CPrint::Impl {
   std::int32_t pages = 0;
@@ -101,6 +107,8 @@ struct CPrint::Impl {
   void CopyPageRange(PageRange range);
   void PrintReport();
   ReportSnapshot Snapshot() const;
+  // The same, where there must be a report.
+  ReportSnapshot Prepared() const;
 };
 
 template <typename Body>
@@ -175,6 +183,7 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   current_page = last;
   pages = last - range.first_page + 1;
   rebuild = false;
+  range_copied = false;
   prepared.reset();
   JobValues& job = CurrentJob();
   job.first_page = range.first_page;
@@ -197,7 +206,7 @@ void CPrint::PrintPreview(GridSource& Grid, std::optional<std::int32_t> Row1,
   impl_->Run("PrintPreview", [&] {
     impl_->PrepareWhenDue(Grid, {Row1, Col1, Row2, Col2}, AskStartPNo);
     const ShowStyle style = Style == 0 ? ShowStyle::kModeless : ShowStyle::kModal;
-    CurrentReportHost().windows->ShowPreview(impl_->Snapshot(), style);
+    CurrentReportHost().windows->ShowPreview(impl_->Prepared(), style);
   });
 }
 
@@ -213,7 +222,9 @@ void CPrint::PreparePrint(GridSource& Grid, std::optional<std::int32_t> Row1,
                           std::optional<std::int32_t> Col2, bool AskStartPNo) {
   impl_->Run("PreparePrint", [&] {
     impl_->PrepareWhenDue(Grid, {Row1, Col1, Row2, Col2}, AskStartPNo);
-    const std::int32_t page_count = impl_->Snapshot().job.page_count;
+    const std::int32_t page_count = impl_->Prepared().job.page_count;
+    RequirePrinter();
+    impl_->range_copied = false;
     const std::optional<PageRange> range = CurrentReportHost().windows->AskPageRange(page_count);
     if (!range) return;
     if (page_count != range->to || impl_->settings.start_page != range->from) {
@@ -225,12 +236,21 @@ void CPrint::PreparePrint(GridSource& Grid, std::optional<std::int32_t> Row1,
 
 void CPrint::Impl::PrepareWhenDue(GridSource& grid, const CallerRange& range, bool ask_start_page) {
   JobValues& job = CurrentJob();
+  const PageNumber first_page_before = job.first_page;
   if (ask_start_page) {
     CurrentReportHost().windows->AskStartPage(job);
     if (job.start_page_changed) rebuild = true;
   }
   const PageNumber first_page = job.first_page == 0 ? 1 : job.first_page;
-  if (rebuild) PrepareReport(grid, WholeRange(grid, range, first_page));
+  if (!rebuild) return;
+  try {
+    PrepareReport(grid, WholeRange(grid, range, first_page));
+  } catch (...) {
+    // A first page that the report cannot begin with is not kept for the next one.
+    job.first_page = first_page_before;
+    job.start_page_changed = false;
+    throw;
+  }
 }
 
 void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
@@ -240,10 +260,7 @@ void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
 void CPrint::Impl::CopyPageRange(PageRange range) {
   const WaitScope wait("Printing Pages (" + std::to_string(range.from) + "-" +
                        std::to_string(range.to) + ")");
-  const ReportSnapshot report = Snapshot();
-  if (report.job.page_length < 1) {
-    throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");
-  }
+  const ReportSnapshot report = Prepared();
   const auto& offsets = report.job.page_offsets;
   CopyPages(report.page_file, RangeFile(), range.from, range.to, report.job.page_length,
             offsets ? std::span(*offsets) : std::span<const std::uint64_t>());
@@ -253,14 +270,18 @@ void CPrint::Impl::CopyPageRange(PageRange range) {
 void CPrint::Impl::PrintReport() {
   const std::filesystem::path file = range_copied ? RangeFile() : Snapshot().page_file;
   range_copied = false;
-  const std::shared_ptr<ReportPrinter> printer = CurrentReportHost().printer;
-  if (!printer) {
-    throw Error(error_number::kPrinterError, "Printing is not available in this version");
-  }
-  printer->Print(file, settings);
+  RequirePrinter().Print(file, settings);
 }
 
 ReportSnapshot CPrint::Snapshot() const { return impl_->Snapshot(); }
+
+ReportSnapshot CPrint::Impl::Prepared() const {
+  ReportSnapshot report = Snapshot();
+  if (report.job.page_length < 1) {
+    throw Error(error_number::kInvalidProcedureCall, "no report has been prepared");
+  }
+  return report;
+}
 
 ReportSnapshot CPrint::Impl::Snapshot() const {
   return prepared ? *prepared

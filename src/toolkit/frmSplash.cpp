@@ -24,6 +24,8 @@ constexpr qsizetype kLongestCaption = 500;
 
 // Drawing and events take at most one part in six of the caller's time, at most 40 times a second.
 constexpr auto kLeastInterval = 25ms;
+// An event that took long, such as a question to the user, is no measure of what events cost.
+constexpr auto kMostInterval = 200ms;
 constexpr int kWorkShare = 5;
 
 constexpr const char* kStopPrompt = "Stop?";
@@ -83,8 +85,23 @@ void frmSplash::PutStop(bool stop_button) {
   setWindowFlag(Qt::WindowCloseButtonHint, stop_button);  // takes it off the screen
 }
 
-void frmSplash::PutCaption(const std::string& caption) {
-  lbl_->setText(Shortened(QString::fromStdString(caption), kLongestCaption));
+// False when it stands there already.
+bool frmSplash::PutCaption(const std::string& caption) {
+  const QString text = Shortened(QString::fromStdString(caption), kLongestCaption);
+  if (text == lbl_->text()) return false;
+  lbl_->setText(text);
+  return true;
+}
+
+// At once: the next step may be seconds away.
+void frmSplash::PaintCaption() {
+  const int height_before = height();
+  layout()->activate();
+  if (height() == height_before) {
+    lbl_->repaint();
+  } else {
+    repaint();
+  }
 }
 
 void frmSplash::ComeUp(Desktop& desktop) {
@@ -100,9 +117,9 @@ void frmSplash::ComeUp(Desktop& desktop) {
 
 bool frmSplash::Step(std::int32_t step, const std::optional<std::string>& caption) {
   if (stopped_) return false;
-  if (asking_) return true;
+  if (asking_ && !stop_request_.isActive()) return true;
   if (isHidden()) show();
-  if (caption) PutCaption(*caption);
+  if (caption && PutCaption(*caption)) PaintCaption();
   if (!PB_->isHidden()) {
     using Limits = std::numeric_limits<std::int32_t>;
     const std::int64_t value = std::int64_t{PB_->Value()} + step;
@@ -125,7 +142,8 @@ void frmSplash::Refresh() {
   }
   if (self.isNull()) return;
   const auto end = SteadyClock::now();
-  next_refresh_ = end + std::max<SteadyClock::duration>(kLeastInterval, kWorkShare * (end - start));
+  next_refresh_ = end + std::clamp<SteadyClock::duration>(kWorkShare * (end - start),
+                                                          kLeastInterval, kMostInterval);
 }
 
 void frmSplash::closeEvent(QCloseEvent* event) {

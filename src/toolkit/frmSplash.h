@@ -31,8 +31,8 @@ class frmSplash : public QWidget {
 
   /// Puts up what the window is to show, and paints it before it returns.
   void Show(const WaitRequest& request, Desktop& desktop);
-  /// Advances the bar, and lets events through while Stop is there. What is drawn may lag behind
-  /// by a blink. False when the user has stopped the work or the window is gone.
+  /// Advances the bar, and lets events through while Stop is there. The bar that is drawn may lag
+  /// behind by a blink. False when the user has stopped the work or the window is gone.
   bool Step(std::int32_t step, const std::optional<std::string>& caption);
 
  protected:
@@ -44,7 +44,8 @@ class frmSplash : public QWidget {
 
   void PutBar(const WaitRequest& request);
   void PutStop(bool stop_button);
-  void PutCaption(const std::string& caption);
+  bool PutCaption(const std::string& caption);
+  void PaintCaption();
   void ComeUp(Desktop& desktop);
   void Refresh();
   void RequestStop();

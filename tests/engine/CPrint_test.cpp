@@ -221,10 +221,29 @@ TEST_F(CPrintTest, PreviewPreparesOnlyWhenItHasToAndHandsOutASnapshot) {
   print.PrintPreview(grid, {}, {}, {}, {}, 0, true);
   EXPECT_EQ(CurrentJob().start_page_changed, false);
 
+  windows->start_page = "9";
+  print.EndPage(8);
+  print.PrintPreview(grid, {}, {}, {}, {}, 0, true);
+  EXPECT_EQ(print.LastError()->Number(), error_number::kInvalidProcedureCall);
+  EXPECT_EQ(CurrentJob().first_page, 7) << "a first page that cannot be is not kept";
+  print.EndPage(10000);
+
   print.ReBuild(true);
   print.PrintPreview(grid, 0, 0, 99);
   EXPECT_EQ(print.LastError()->Number(), error_number::kSubscriptOutOfRange);
   EXPECT_EQ(windows->shown.size(), 4U) << "a failed report is not shown";
+}
+
+TEST_F(CPrintTest, WithoutAPreparedReportThereIsNothingToShowOrPrint) {
+  CPrint print;
+  print.ReBuild(false);
+  for (const bool preview : {true, false}) {
+    if (preview) print.PrintPreview(grid);
+    if (!preview) print.PreparePrint(grid);
+    ASSERT_TRUE(print.LastError());
+    EXPECT_TRUE(testing::Contains(*print.LastError(), "no report has been prepared"));
+  }
+  EXPECT_TRUE(windows->shown.empty() && windows->asked_pages == 0);
 }
 
 TEST_F(CPrintTest, PrintingTakesTheChosenPagesAndThenTheWholeReportAgain) {
@@ -244,6 +263,10 @@ TEST_F(CPrintTest, PrintingTakesTheChosenPagesAndThenTheWholeReportAgain) {
   print.PreparePrint(grid);
   EXPECT_EQ(printer->files, (Strings{"_kelFile.rpt", "_kelFile.kel", "_kelFile.rpt"}));
   EXPECT_EQ(printer->mode, "WINDOWS");
+
+  print.CopyPageRange(2, 2);
+  print.PreparePrint(grid);
+  EXPECT_EQ(printer->files.back(), "_kelFile.rpt") << "an earlier range is not printed";
 
   print.StartPage(3);
   print.PreparePrint(grid);

@@ -52,6 +52,19 @@ TEST_F(FrmPrintTest, EnterTakesTheWholeReportThatItStartsWith) {
   EXPECT_EQ(dialog_.Range(), (PageRange{1, kPages}));
 }
 
+TEST_F(FrmPrintTest, AKeyStillHeldFromBeforeDoesNotPrint) {
+  for (const char* const name : {"txtFrom", "cmdPrint"}) {
+    Child(dialog_, name).setFocus();
+    for (const int key : {Qt::Key_Return, Qt::Key_Space}) {
+      QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+      QApplication::sendEvent(QApplication::focusWidget(), &held);
+      QTest::keyRelease(QApplication::focusWidget(), static_cast<Qt::Key>(key));
+    }
+  }
+  EXPECT_TRUE(dialog_.isVisible());
+  EXPECT_TRUE(dialog_.Cancelled());
+}
+
 TEST_F(FrmPrintTest, ATypedRangeIsTakenByTheRulesForNumbers) {
   struct Case {
     QString from;

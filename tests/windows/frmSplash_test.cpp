@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -129,6 +130,41 @@ TEST_F(FrmSplashTest, EveryStepMovesTheBarHoweverSeldomItIsDrawn) {
   EXPECT_EQ(Label().text(), "Back");
   EXPECT_TRUE(wait_->Step(std::numeric_limits<std::int32_t>::max(), std::nullopt));
   EXPECT_EQ(Bar().Value(), 1000);
+}
+
+TEST_F(FrmSplashTest, ANewCaptionIsDrawnByTheStepThatBringsIt) {
+  struct PaintCount : QObject {
+    bool eventFilter(QObject* watched, QEvent* event) override {
+      paints += event->type() == QEvent::Paint && watched->objectName() == "lbl" ? 1 : 0;
+      return false;
+    }
+    int paints = 0;
+  } count;
+  wait_->Show({false, "Posting", 0, 10});
+  Label().installEventFilter(&count);
+  for (const char* const caption : {"One", "Two", "Three"}) {
+    const int before = count.paints;
+    wait_->Step(1, caption);
+    EXPECT_GT(count.paints, before) << caption;
+  }
+}
+
+// The program does nothing but step: whatever the press needs comes about in there.
+TEST_F(FrmSplashTest, StopIsSeenBySteppingAloneAsOftenAsItIsPressed) {
+  wait_->Show({true, "Posting", 0, 10});
+  for (const bool yes : {false, false, true}) {
+    bool asked = false;
+    AnswerStop(yes, [&](QWidget& box) {
+      asked = true;
+      EXPECT_EQ(box.windowTitle(), "Confirmation");
+    });
+    ClickStop();
+    const QDeadlineTimer deadline(5000);
+    bool goes_on = true;
+    while (!asked && goes_on && !deadline.hasExpired()) goes_on = wait_->Step(1, std::nullopt);
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(goes_on, !yes);
+  }
 }
 
 TEST_F(FrmSplashTest, AStepBringsAHiddenWindowBack) {

@@ -229,6 +229,11 @@ TEST_F(FirstWindowTest, AThreadThatEndsBeforeTheProgramDoesNotGetTheApplication)
   EXPECT_TRUE(output.errors.contains("Information: Day closed\n"));
 }
 
+TEST_F(FirstWindowTest, AProgramMayEndWithItsWaitWindowOpen) {
+  const Output output = Run({{"QT_QPA_PLATFORM", "offscreen"}}, {"wait"});
+  EXPECT_TRUE(output.ended_well) << output.errors.toStdString();
+}
+
 TEST_F(FirstWindowTest, BesideAnApplicationWithoutWidgetsMessagesAreWritten) {
   for (const QString& kind : {QString("core"), QString("gui")}) {
     const Output output = Run({{"QT_QPA_PLATFORM", "offscreen"}}, {kind});

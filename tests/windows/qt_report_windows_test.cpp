@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QDialog>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
@@ -104,6 +106,24 @@ TEST_F(QtReportWindowsTest, AModalPreviewTakesAnotherReportToo) {
     preview.close();
   });
   print_.PrintPreview(grid_, {}, {}, {}, {}, 1);
+}
+
+TEST_F(QtReportWindowsTest, BesideAModalDialogThePreviewCanBeUsed) {
+  print_.PrintPreview(grid_);
+  QDialog dialog;
+  dialog.setModal(true);
+  dialog.show();
+  ASSERT_EQ(QApplication::activeModalWidget(), &dialog);
+  print_.PrintPreview(grid_);  // the window that is open already
+  ASSERT_NE(Preview(), nullptr);
+  QTest::keyClick(Preview(), Qt::Key_N, Qt::ControlModifier);
+  EXPECT_TRUE(PageBox().startsWith("2/"));
+  Preview()->close();
+  ASSERT_TRUE(QTest::qWaitFor([] { return Preview() == nullptr; }));
+
+  WhenModal("frmPV", [](QWidget& preview) { preview.close(); });
+  print_.PrintPreview(grid_);  // a new one goes on when it is closed
+  EXPECT_EQ(Preview(), nullptr);
 }
 
 TEST_F(QtReportWindowsTest, AnAskedForFirstPageNumberIsPrintedAndKept) {

@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QThread>
 #include <QWidget>
+#include <cstdlib>
 
 #include "controls/top_window.h"
 #include "controls/widget_object.h"
@@ -27,14 +28,23 @@ bool IsWindowThread() {
          QCoreApplication::instance()->thread() == QThread::currentThread();
 }
 
+// Set when the process ends: Qt's own statics may be gone before a caller's are, and with them the
+// means to destroy a window.
+bool process_ending = false;
+
+void NoticeProcessEnd() {
+  [[maybe_unused]] static const int registered = std::atexit([] { process_ending = true; });
+}
+
 /// Owns a frmSplash. Its own end may come while the window waits in Step or for the answer to
 /// "Stop?"; what is destroyed then is not touched any more.
 class QtWaitWindow : public WaitWindow {
  public:
-  explicit QtWaitWindow(Desktop& desktop) : desktop_(desktop), window_(new frmSplash) {}
-  // Without its application a window is beyond destroying.
+  explicit QtWaitWindow(Desktop& desktop) : desktop_(desktop), window_(new frmSplash) {
+    NoticeProcessEnd();
+  }
   ~QtWaitWindow() override {
-    if (QCoreApplication::instance() != nullptr) delete window_.data();
+    if (QCoreApplication::instance() != nullptr && !process_ending) delete window_.data();
   }
   QtWaitWindow(const QtWaitWindow&) = delete;
   QtWaitWindow& operator=(const QtWaitWindow&) = delete;
@@ -70,7 +80,7 @@ void QtDesktop::Flash(const FlashRequest& request) {
 
 void QtDesktop::SetMousePointer(MousePointer pointer) {
   const bool hourglass = pointer == MousePointer::kHourglass;
-  if (hourglass == hourglass_ || !IsWindowThread()) return;
+  if (!IsWindowThread() || hourglass == hourglass_) return;
   hourglass_ = hourglass;
   if (hourglass) {
     QApplication::setOverrideCursor(Qt::WaitCursor);

@@ -4,6 +4,7 @@
 #include <QEventLoop>
 
 #include "common/error.h"
+#include "controls/top_window.h"
 #include "engine/frmPrint.h"
 #include "engine/frmStartPage.h"
 #include "platform/qt/qt_application.h"
@@ -44,13 +45,26 @@ void QtReportWindows::ShowPreview(const ReportSnapshot& report, ShowStyle style)
   RequireWindows();
   if (preview_) {
     preview_->ShowReport(report);
-    preview_->raise();
-    preview_->activateWindow();
+    BringForward();
     return;
   }
   preview_ = std::make_unique<frmPV>(report);
-  if (style == ShowStyle::kModal) return OpenUntilClosed();
+  // Beside a modal window nobody could use it.
+  const bool modal = style == ShowStyle::kModal || QApplication::activeModalWidget() != nullptr;
+  if (modal) return OpenUntilClosed();
   OpenBeside();
+}
+
+// A window that was open before a modal one came up takes no input until it belongs to that.
+void QtReportWindows::BringForward() {
+  QWidget* const modal = QApplication::activeModalWidget();
+  if (modal != nullptr && modal != preview_.get()) {
+    preview_->hide();
+    SetOwner(*preview_, modal);
+    preview_->show();
+  }
+  preview_->raise();
+  preview_->activateWindow();
 }
 
 void QtReportWindows::OpenBeside() {

@@ -23,6 +23,7 @@ class QtReportWindows : public ReportWindows {
   void ShowPreview(const ReportSnapshot& report, ShowStyle style) override;
 
  private:
+  void BringForward();
   void OpenBeside();
   void OpenUntilClosed();
 
