@@ -223,7 +223,6 @@ void CPrint::PreparePrint(GridSource& Grid, std::optional<std::int32_t> Row1,
   impl_->Run("PreparePrint", [&] {
     impl_->PrepareWhenDue(Grid, {Row1, Col1, Row2, Col2}, AskStartPNo);
     const std::int32_t page_count = impl_->Prepared().job.page_count;
-    RequirePrinter();
     impl_->range_copied = false;
     const std::optional<PageRange> range = CurrentReportHost().windows->AskPageRange(page_count);
     if (!range) return;

@@ -16,6 +16,12 @@ QColor ReadableOn(const QColor& color) {
   return color.lightness() < kHalfOfLightness ? Qt::white : Qt::black;
 }
 
+QString ColorName(OleColor color, const QPalette& palette) {
+  const std::size_t index = PaletteIndex(color);
+  if (index < kPaletteColors.size()) return QString::fromLatin1(kPaletteColors[index].name);
+  return ToQColor(color, palette).name();
+}
+
 // Round and round; from a colour of the user's own to the first or the last.
 OleColor NextInPalette(OleColor color, bool forward) {
   constexpr std::size_t kCount = kPaletteColors.size();
@@ -33,10 +39,13 @@ ColorBox::ColorBox(const QString& accessible_name, QWidget* parent) : QAbstractB
   setToolTip(accessible_name);
   setFocusPolicy(Qt::TabFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  BackColor(back_color_);
 }
 
 void ColorBox::BackColor(OleColor color) {
   back_color_ = color;
+  const QString name = ColorName(color, palette());
+  setAccessibleDescription(name == accessibleName() ? QString() : name);
   update();
 }
 

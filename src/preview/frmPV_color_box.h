@@ -8,7 +8,8 @@
 namespace kel {
 
 /// Its back colour is what it stands for; a click asks for it, or for another one. With the focus
-/// it goes through the palette's colours on Shift+Up and Shift+Down.
+/// it goes through the palette's colours on Shift+Up and Shift+Down. Its accessible description
+/// is the colour's name, or #rrggbb, unless the box itself is named so.
 class ColorBox : public QAbstractButton {
   Q_OBJECT
 

@@ -1,10 +1,14 @@
 // The tool bar of the preview.
 #pragma once
 
-#include <QAction>
+#include <QHBoxLayout>
 #include <QLineEdit>
-#include <QToolBar>
+#include <QRect>
+#include <QStyle>
+#include <QToolButton>
+#include <QWidget>
 #include <array>
+#include <cstddef>
 
 #include "preview/frmPV_color_box.h"
 #include "preview/preview_commands.h"
@@ -12,8 +16,9 @@
 namespace kel {
 
 /// `tbrPV`: a button for every PreviewCommand, named by its key, with the page box `txtPage`, the
-/// find box `txtFind` and the colour boxes `picBack` and `picFore` among them.
-class PreviewToolbar : public QToolBar {
+/// find box `txtFind` and the colour boxes `picBack` and `picFore` among them. What belongs
+/// together is a group; groups that do not fit into a row of the bar go into further ones.
+class PreviewToolbar : public QWidget {
   Q_OBJECT
 
  public:
@@ -34,19 +39,25 @@ class PreviewToolbar : public QToolBar {
   void ColorStepped();
 
  protected:
-  void changeEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QAction& ActionOf(PreviewCommand command) { return *actions_[static_cast<std::size_t>(command)]; }
+  QToolButton& ButtonOf(PreviewCommand command) {
+    return *buttons_[static_cast<std::size_t>(command)];
+  }
+  void LayOut();
+  int Metric(QStyle::PixelMetric metric) const;
+  void BeginGroup();
   void AddButton(PreviewCommand command);
   void AddPageBox();
   void AddFindBox();
-  ColorBox* AddColorBox(const QString& name, PreviewCommand command);
-  void SizeBoxes();
+  ColorBox* AddColorBox(const QString& name, PreviewCommand command, const QString& what);
   void AddLabel(const QString& text, QWidget* buddy);
+  QRect GapBefore(int index) const;
 
-  std::array<QAction*, kPreviewButtons.size()> actions_{};
+  QHBoxLayout* group_ = nullptr;  // the one that is being filled
+  std::array<QToolButton*, kPreviewButtons.size()> buttons_{};
   QLineEdit* page_box_ = nullptr;
   QLineEdit* find_box_ = nullptr;
   ColorBox* back_box_ = nullptr;

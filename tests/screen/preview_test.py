@@ -73,13 +73,13 @@ class PreviewTest(unittest.TestCase):
         """Picks a colour of the palette's second row, and returns it."""
         self.go_to_find_box()
         self.screen.key("Tab", "Tab", "space")  # the Find button, the colour's button
-        palette = self.screen.window("Back")
+        palette = self.screen.window("Page colour")
         left, top, width, height = self.screen.geometry(palette)
         place = left + width * 3 // 16, top + height // 4
         color = self.screen.pixel(*place)
         self.assertLess(self.screen.share(color, PAGE), PAPER)
         self.screen.click(*place)
-        self.screen.wait_for_no_window("Back")
+        self.screen.wait_for_no_window("Page colour")
         return color
 
     def settings(self, key):

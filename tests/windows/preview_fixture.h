@@ -24,6 +24,7 @@
 #include "preview/frmPV.h"
 #include "preview/frmPV_color_box.h"
 #include "preview/frmPV_page.h"
+#include "preview/preview_commands.h"
 #include "preview/preview_host.h"
 #include "support/recording_desktop.h"
 #include "support/test_folder.h"
@@ -100,6 +101,17 @@ class PreviewTest : public ::testing::Test {
   QString Notice() {
     const QLabel& label = Find<QLabel>("lblNotice");
     return label.isVisible() ? label.text() : QString();
+  }
+
+  /// The buttons, boxes and labels of the tool bar.
+  std::vector<QWidget*> ToolbarControls() {
+    std::vector<QWidget*> controls;
+    for (const PreviewButton& button : kPreviewButtons) controls.push_back(&Find(button.key));
+    for (const char* box : {"txtPage", "txtFind", "picBack", "picFore"}) {
+      controls.push_back(&Find(box));
+    }
+    for (QLabel* label : Find("tbrPV").findChildren<QLabel*>()) controls.push_back(label);
+    return controls;
   }
 
   bool IsEnabled(const char* key) { return Find<QToolButton>(key).isEnabled(); }
