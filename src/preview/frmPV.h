@@ -65,7 +65,7 @@ class frmPV : public QWidget {
   void LoadPage(bool reset_find);
   void ShowPosition();
   void ShowFailure();
-  void BeginWork();
+  void BeginWork(bool may_take_long);
   void EndWork() noexcept;
 
   PageModel model_;

@@ -22,7 +22,7 @@ constexpr const char* kPageMissing = "The report file ends before this page.";
 void frmPV::LoadPage(bool reset_find) {
   PageSurface& surface = view_->Surface();
   try {
-    BeginWork();
+    BeginWork(model_.IsFarAway());
     model_.LoadPage(reset_find, surface.Page());
     view_->Notice(surface.Page().lines.empty() ? QLatin1String(kPageMissing) : QString());
     EndWork();
@@ -57,7 +57,7 @@ void frmPV::LocatePage() {
   if (SharedToolkit().CheckEmpty({Value(WidgetObject(box))})) return;
   bool found = false;
   try {
-    BeginWork();
+    BeginWork(true);
     found = model_.LocatePage(box.text().toStdString());
     EndWork();
   } catch (...) {
@@ -83,10 +83,10 @@ void frmPV::ShowFailure() {
   }
 }
 
-void frmPV::BeginWork() {
+void frmPV::BeginWork(bool may_take_long) {
   CurrentHost().desktop->SetMousePointer(MousePointer::kHourglass);
   view_->Status(QStringLiteral("Busy"));
-  view_->PaintStatus();  // a report of gigabytes takes a while to search
+  if (may_take_long) view_->PaintStatus();
 }
 
 void frmPV::EndWork() noexcept {

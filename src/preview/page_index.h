@@ -25,6 +25,8 @@ class PageIndex {
   /// Makes the first line of `page` the reader's next one; false when the file ends before.
   /// Notices that the file was written anew, or grew or shrank, and forgets what it knew.
   bool GoToPage(PageFileReader& reader, PageNumber page);
+  /// How many pages have to be read through to come to that page, by what is known now.
+  PageNumber PagesToScan(PageNumber page) const { return page - NearestBefore(page).page; }
 
  private:
   struct Place {

@@ -39,6 +39,9 @@ class PageModel {
   /// "3/12".
   std::string PageBoxText() const;
 
+  /// True when the current page can only be found by reading a long way through the file.
+  bool IsFarAway() const { return index_.PagesToScan(current_page_) > kFarAway; }
+
   /// Reads the current page into `page`. With `reset_find` the next search starts at the top of
   /// this page; without, the match on show stays. Throws Error when the file cannot be read; `page`
   /// then holds what was read before.
@@ -60,6 +63,8 @@ class PageModel {
 
  private:
   void RequirePages() const;
+
+  static constexpr PageNumber kFarAway = 1000;
 
   ReportSnapshot report_;
   PageIndex index_;
