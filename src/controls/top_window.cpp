@@ -12,6 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr int kTitleButtons = 100;  // and the window's icon, in pixels
 constexpr auto kLongestWait = 200ms;
 constexpr unsigned long kPollInterval = 1;  // milliseconds
 
@@ -26,6 +27,10 @@ void SetOwner(QWidget& window, QWidget* owner) {
   window.winId();  // makes the window's handle
   QWindow* const above = owner == nullptr ? nullptr : owner->window()->windowHandle();
   if (above != window.windowHandle()) window.windowHandle()->setTransientParent(above);
+}
+
+int WidthForTitle(const QWidget& window) {
+  return window.fontMetrics().horizontalAdvance(window.windowTitle()) + kTitleButtons;
 }
 
 void ShowPainted(QWidget& window) {

@@ -14,6 +14,9 @@ QWidget* OwnerForNewWindow();
 /// `window` is not shown.
 void SetOwner(QWidget& window, QWidget* owner);
 
+/// The width in pixels at which a window's frame shows the whole title beside its buttons.
+int WidthForTitle(const QWidget& window);
+
 /// Shows a window and returns when it is painted, without letting the user's input through. Waits
 /// no longer than a blink for a window system that does not answer. The program's own timers run
 /// meanwhile, and may destroy the window.

@@ -31,7 +31,7 @@ class PageSearch {
   void ChooseAnchor();
   std::optional<Match> FindAcrossCodes(std::size_t from);
   std::optional<Match> FindIn(std::size_t begin, std::size_t end, Cells after_column);
-  Match MatchAt(std::string_view piece, SearchText::Found found, std::size_t begin) const;
+  Match MatchAt(std::string_view piece, SearchText::Found found, std::size_t begin);
   std::int64_t CellsBefore(std::size_t begin) const;
 
   const SearchText& text_;
@@ -120,8 +120,7 @@ std::optional<Match> PageSearch::FindIn(std::size_t begin, std::size_t end, Cell
 }
 
 // A match covers whole graphemes.
-Match PageSearch::MatchAt(std::string_view piece, SearchText::Found found,
-                          std::size_t begin) const {
+Match PageSearch::MatchAt(std::string_view piece, SearchText::Found found, std::size_t begin) {
   std::size_t offset = LineBegin(piece, found.offset);
   const LineNumber line = window_.FirstLine() + CountOf('\n', window_.Text().substr(0, begin)) +
                           CountOf('\n', piece.substr(0, offset));

@@ -12,6 +12,7 @@ namespace kel {
 namespace {
 
 // What is seen of a line's piece behind a searched text: enough for its last grapheme.
+constexpr std::size_t kCountedAtOnce = std::size_t{256} * 1024;
 constexpr std::size_t kLookAhead = 64;
 constexpr std::size_t kMostBackToAscii = 4096;
 
@@ -53,16 +54,40 @@ bool SearchWindow::Next() {
 // Drops what belonged to this window.
 void SearchWindow::PassOver() {
   const std::string_view passed = Text().substr(0, limit_);
-  const LineNumber lines = CountOf('\n', passed);
-  if (lines > 0) {
-    line_ += lines;
+  if (!codes_removed_) {
+    if (uncounted_ == 0) uncounted_from_ = offset_ - size_;
+    uncounted_ += limit_;
     cells_before_ = 0;
-  } else {
-    cells_before_ += DrawnCells(passed);
+  } else if (limit_ > 0) {
+    CountUncounted();
+    const LineNumber lines = CountOf('\n', passed);
+    line_ += lines;
+    cells_before_ = lines > 0 ? 0 : cells_before_ + DrawnCells(passed);
   }
   std::memmove(bytes_.data(), bytes_.data() + limit_, size_ - limit_);
   size_ -= limit_;
   text_ = limit_ = 0;
+}
+
+LineNumber SearchWindow::FirstLine() {
+  CountUncounted();
+  return line_;
+}
+
+// Only who has found something asks for line numbers, so the lines of whole windows are counted
+// then, out of the file.
+void SearchWindow::CountUncounted() {
+  std::vector<char> block(uncounted_ > 0 ? kCountedAtOnce : 0);
+  while (uncounted_ > 0) {
+    const std::uint64_t wanted = std::min<std::uint64_t>(uncounted_, block.size());
+    const std::size_t got =
+        file_.ReadAt(uncounted_from_, std::span(block).first(static_cast<std::size_t>(wanted)));
+    if (got == 0) break;  // the file was cut meanwhile
+    line_ += CountOf('\n', {block.data(), got});
+    uncounted_from_ += got;
+    uncounted_ -= got;
+  }
+  uncounted_ = 0;
 }
 
 // False when the file has nothing more.

@@ -32,12 +32,14 @@ class SearchWindow {
   /// Whether codes have already been removed. An ESC that is left is none of a code.
   bool CodesRemoved() const { return codes_removed_; }
 
-  /// Number of the line with which the text begins, and the cells of that line before it.
-  LineNumber FirstLine() const { return line_; }
+  /// Number of the line with which the text begins, and the cells of that line before it. The
+  /// first is costly: what was passed over is read again for it.
+  LineNumber FirstLine();
   std::int64_t CellsBefore() const { return cells_before_; }
 
  private:
   void PassOver();
+  void CountUncounted();
   bool Fill();
   bool TakeWholeLines();
   bool TakePiece(bool at_end);
@@ -52,7 +54,9 @@ class SearchWindow {
   std::size_t limit_ = 0;
   std::size_t without_codes_ = 0;  // leading bytes of bytes_ whose codes are removed
   bool codes_removed_ = false;
-  LineNumber line_;
+  LineNumber line_;  // but for the lines of the uncounted bytes before the window
+  std::uint64_t uncounted_from_ = 0;
+  std::uint64_t uncounted_ = 0;
   std::int64_t cells_before_ = 0;
 };
 

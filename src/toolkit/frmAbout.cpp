@@ -74,6 +74,7 @@ frmAbout::frmAbout(const QString& caller_tag) {
   layout->addWidget(MailLabel());
   layout->addSpacing(kStep);
   layout->addWidget(buttons);
+  layout->addStrut(WidthForTitle(*this) - 4 * kStep);
   layout->setSizeConstraint(QLayout::SetFixedSize);
   ok->setFocus();
 }

@@ -46,7 +46,6 @@ constexpr qsizetype kLongestShown = 20000;
 constexpr qsizetype kLongestTitle = 250;
 constexpr int kTextEdge = 2;  // what an edit keeps beyond its text
 constexpr int kLeastCharacters = 30;
-constexpr int kTitleButtons = 100;  // beside the title in the window's frame, in pixels
 
 // Both flags count: a box of two buttons never loses its way out to a caller's odd flag.
 bool HasTwoButtons(int buttons) { return (buttons & kButtonStyleMask) >= msgYesNo; }
@@ -191,10 +190,9 @@ void frmMsg::LayOut() {
   all->setSpacing(2 * kStep);
   all->addLayout(message, 1);
   all->addWidget(buttons);
-  const int title = fontMetrics().horizontalAdvance(windowTitle()) + kTitleButtons;
   const int least = fontMetrics().averageCharWidth() * kLeastCharacters;
   const int widest = static_cast<int>(screen()->availableSize().width() * kWidestPart);
-  setMinimumWidth(std::max(least, std::min(title, widest)));
+  all->addStrut(std::max(least, std::min(WidthForTitle(*this), widest)) - 4 * kStep);
   // There is nothing to gain by a larger window, unless the prompt scrolls.
   if (fits) all->setSizeConstraint(QLayout::SetFixedSize);
 }
