@@ -6,9 +6,9 @@
 
 #include "common/host.h"
 #include "controls/icons.h"
-#include "preview/frmPV_keys.h"
-#include "preview/frmPV_toolbar.h"
-#include "preview/frmPV_view.h"
+#include "preview/frmPVKeys.h"
+#include "preview/frmPVToolbar.h"
+#include "preview/frmPVView.h"
 #include "preview/preview_colors.h"
 #include "toolkit/CZURDLL.h"
 

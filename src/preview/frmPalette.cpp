@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "common/twips.h"
-#include "preview/frmPV_color_box.h"
+#include "preview/frmPVColorBox.h"
 #include "preview/palette_colors.h"
 
 namespace kel {

@@ -2,8 +2,8 @@
 #include "common/host.h"
 #include "controls/widget_object.h"
 #include "preview/frmPV.h"
-#include "preview/frmPV_toolbar.h"
-#include "preview/frmPV_view.h"
+#include "preview/frmPVToolbar.h"
+#include "preview/frmPVView.h"
 #include "preview/zoom.h"
 #include "toolkit/CZURDLL.h"
 

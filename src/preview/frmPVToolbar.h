@@ -10,7 +10,7 @@
 #include <array>
 #include <cstddef>
 
-#include "preview/frmPV_color_box.h"
+#include "preview/frmPVColorBox.h"
 #include "preview/preview_commands.h"
 
 namespace kel {

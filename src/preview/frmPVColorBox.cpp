@@ -1,4 +1,4 @@
-#include "preview/frmPV_color_box.h"
+#include "preview/frmPVColorBox.h"
 
 #include <QKeyEvent>
 #include <QPainter>

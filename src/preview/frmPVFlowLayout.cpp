@@ -1,4 +1,4 @@
-#include "preview/frmPV_flow_layout.h"
+#include "preview/frmPVFlowLayout.h"
 
 #include <QStyle>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "preview/frmPV_page.h"
+#include "preview/frmPVPage.h"
 
 #include <QPaintEvent>
 #include <QPainter>

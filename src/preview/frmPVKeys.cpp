@@ -1,4 +1,4 @@
-#include "preview/frmPV_keys.h"
+#include "preview/frmPVKeys.h"
 
 #include <QLineEdit>
 

@@ -5,7 +5,7 @@
 #include <QScrollBar>
 #include <QWidget>
 
-#include "preview/frmPV_page.h"
+#include "preview/frmPVPage.h"
 #include "preview/scroll_ranges.h"
 
 namespace kel {

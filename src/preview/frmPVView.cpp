@@ -1,4 +1,4 @@
-#include "preview/frmPV_view.h"
+#include "preview/frmPVView.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -10,7 +10,7 @@
 #include <cmath>
 
 #include "controls/wrapped_label.h"
-#include "preview/frmPV_status.h"
+#include "preview/frmPVStatus.h"
 
 namespace kel {
 namespace {

@@ -1,4 +1,4 @@
-#include "preview/frmPV_toolbar.h"
+#include "preview/frmPVToolbar.h"
 
 #include <QFocusEvent>
 #include <QLabel>
@@ -9,7 +9,7 @@
 #include "common/object.h"
 #include "controls/icons.h"
 #include "controls/widget_object.h"
-#include "preview/frmPV_flow_layout.h"
+#include "preview/frmPVFlowLayout.h"
 
 namespace kel {
 namespace {
