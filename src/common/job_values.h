@@ -10,6 +10,9 @@ namespace kel {
 /// A page number as printed; the first page of a report need not be 1.
 using PageNumber = std::int32_t;
 
+/// The first page of a report for which `asked` is given: 1 when that is 0.
+constexpr PageNumber FirstPageOf(PageNumber asked) { return asked == 0 ? 1 : asked; }
+
 /// Values of the last report prepared on this thread.
 struct JobValues {
   PageNumber first_page = 0;

@@ -155,7 +155,7 @@ void CPrint::PrepareReport(GridSource& Grid, const std::int32_t& Row1, const std
                            const std::int32_t& Row2, const std::int32_t& Col2,
                            const PageNumber& StartPNo) {
   impl_->Run("PrepareReport", [&] {
-    impl_->PrepareReport(Grid, {Row1, Col1, Row2, Col2, StartPNo == 0 ? 1 : StartPNo});
+    impl_->PrepareReport(Grid, {Row1, Col1, Row2, Col2, FirstPageOf(StartPNo)});
   });
 }
 
@@ -240,10 +240,9 @@ void CPrint::Impl::PrepareWhenDue(GridSource& grid, const CallerRange& range, bo
     CurrentReportHost().windows->AskStartPage(job);
     if (job.start_page_changed) rebuild = true;
   }
-  const PageNumber first_page = job.first_page == 0 ? 1 : job.first_page;
   if (!rebuild) return;
   try {
-    PrepareReport(grid, WholeRange(grid, range, first_page));
+    PrepareReport(grid, WholeRange(grid, range, FirstPageOf(job.first_page)));
   } catch (...) {
     // A first page that the report cannot begin with is not kept for the next one.
     job.first_page = first_page_before;

@@ -6,14 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "common/ole_color.h"
 #include "common/text_cells.h"  // kAlignLeft, kAlignRight
 
 namespace kel {
-
-/// The system's button-face colour: the back colour of a fixed heading row.
-inline constexpr std::uint32_t kButtonFace = 0x8000000F;
-/// The system's window background: the back colour of every other row.
-inline constexpr std::uint32_t kWindowBackground = 0x80000005;
 
 /// Values of a grid's HighLight.
 inline constexpr int kHighlightNever = 0;
@@ -57,8 +53,9 @@ class GridSource {
   virtual bool SetRow(std::int32_t row) = 0;
   virtual void SetCol(std::int32_t col) = 0;
 
-  /// Back colour and font of the current cell.
-  virtual std::uint32_t CellBackColor() = 0;
+  /// Back colour and font of the current cell. The system's button face is the colour of a fixed
+  /// heading row; every other row has another, such as the window's background.
+  virtual OleColor CellBackColor() = 0;
   virtual CellFont Font() = 0;
 
   /// The text of a cell of the current row, good until the next SetRow.

@@ -66,7 +66,7 @@ std::string_view MemoryGrid::TextMatrix(std::int32_t row, std::int32_t col) {
 }
 
 std::uint32_t MemoryGrid::CellBackColor() {
-  return row_ < fixed_rows_ ? kButtonFace : kWindowBackground;
+  return row_ < fixed_rows_ ? system_color::kButtonFace : system_color::kWindowBackground;
 }
 
 CellFont MemoryGrid::Font() {

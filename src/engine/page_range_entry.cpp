@@ -17,8 +17,6 @@ PageNumber AsPageNumber(double number) {
   return static_cast<PageNumber>(std::nearbyint(std::clamp(number, kLeast, kMost)));
 }
 
-PageNumber ShownFirstPage(const JobValues& job) { return job.first_page == 0 ? 1 : job.first_page; }
-
 }  // namespace
 
 std::string PageRangeCaption(std::int32_t page_count) {
@@ -33,11 +31,13 @@ std::optional<PageRange> ReadPageRange(std::string_view from, std::string_view t
   return PageRange{AsPageNumber(first), AsPageNumber(last)};
 }
 
-std::string StartPageText(const JobValues& job) { return std::to_string(ShownFirstPage(job)); }
+std::string StartPageText(const JobValues& job) {
+  return std::to_string(FirstPageOf(job.first_page));
+}
 
 void TakeStartPage(JobValues& job, std::string_view typed) {
   const double number = ExVal(typed);
-  job.start_page_changed = number != ShownFirstPage(job);
+  job.start_page_changed = number != job.first_page;
   const bool accepted = number < kFirstPageLimit && number != 0;
   job.first_page = accepted ? AsPageNumber(number) : 1;
 }

@@ -30,7 +30,8 @@ std::string StartPageText(const JobValues& job);
 
 /// Takes a typed first page number: a number below 10000 that is not 0 becomes the first page
 /// number (rounded half to even; as near as 32 bits come), every other makes it 1.
-/// start_page_changed tells whether the typed number differed from the one before.
+/// start_page_changed tells whether the typed number differed from the one before, which is 0 as
+/// long as no report has been prepared.
 void TakeStartPage(JobValues& job, std::string_view typed);
 
 }  // namespace kel

@@ -56,7 +56,9 @@ bool RecordsetGrid::SetRow(std::int32_t row) {
   }
 }
 
-std::uint32_t RecordsetGrid::CellBackColor() { return row_ == 0 ? kButtonFace : kWindowBackground; }
+std::uint32_t RecordsetGrid::CellBackColor() {
+  return row_ == 0 ? system_color::kButtonFace : system_color::kWindowBackground;
+}
 
 std::string_view RecordsetGrid::TextMatrix(std::int32_t /*row*/, std::int32_t col) {
   const auto index = static_cast<std::size_t>(col);

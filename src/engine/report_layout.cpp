@@ -88,7 +88,7 @@ void ReportLayout::CheckPageLength() {
 }
 
 void ReportLayout::WriteRow(std::int32_t row) {
-  if (grid_.CellBackColor() == kButtonFace) frame_.WriteRule();
+  if (grid_.CellBackColor() == system_color::kButtonFace) frame_.WriteRule();
   row_lines_.Begin(row);
   if (row == 0) {
     WriteHeadingRow();
@@ -96,7 +96,7 @@ void ReportLayout::WriteRow(std::int32_t row) {
     std::string_view line;
     while (!frame_.IsComplete() && row_lines_.Next(line)) frame_.WriteBody(line);
   }
-  if (grid_.CellBackColor() == kButtonFace) frame_.WriteRule();
+  if (grid_.CellBackColor() == system_color::kButtonFace) frame_.WriteRule();
 }
 
 // All lines of row 0 are built before the first is written: they decide whether a page can hold

@@ -55,7 +55,7 @@ TEST_F(RecordsetGridTest, EveryRowComesOnceHoweverItWasReadAhead) {
       grid.MeasureWidths(sample, 40);
       ASSERT_TRUE(grid.SetRow(0));
       EXPECT_EQ(grid.TextMatrix(0, 0), "n");
-      EXPECT_EQ(grid.CellBackColor(), kButtonFace);
+      EXPECT_EQ(grid.CellBackColor(), system_color::kButtonFace);
       grid.BeginWalk();
       for (std::int32_t row = 1; row <= kRows; row += row < 300 ? 1 : 17) {
         if (row > first_walk) grid.EndWalk();

@@ -41,7 +41,7 @@ TEST(StartPageTest, ATypedNumberBecomesTheFirstPageOr1) {
     PageNumber after;
     bool changed;
   };
-  for (const Case& c : std::initializer_list<Case>{{0, "1", 1, false},
+  for (const Case& c : std::initializer_list<Case>{{0, "1", 1, true},
                                                    {7, "7", 7, false},
                                                    {1, "9999", 9999, true},
                                                    {7, "10000", 1, true},

@@ -27,7 +27,7 @@ Cells Row(ModelGrid& grid, std::int32_t row) {
     if (grid.Font().bold) cell += " b";
     if (grid.Font().underline) cell += " u";
     if (grid.ColAlignment(col) == kAlignRight) cell += " r";
-    if (grid.CellBackColor() == kButtonFace) cell += " f";
+    if (grid.CellBackColor() == system_color::kButtonFace) cell += " f";
   }
   return cells;
 }

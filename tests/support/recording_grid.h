@@ -67,7 +67,7 @@ class RecordingGrid : public Object {
           .at(static_cast<std::size_t>(indexes[1].ToInt32()));
     }
     if (Name(member) == "CellBackColor") {
-      return row_ == 0 ? static_cast<std::int32_t>(kButtonFace) : -2147483643;
+      return row_ == 0 ? static_cast<std::int32_t>(system_color::kButtonFace) : -2147483643;
     }
     if (Name(member) == "ColAlignment") return 1;
     return false;

@@ -64,7 +64,9 @@ void ModelGrid::SetCol(std::int32_t col) {
   col_ = col;
 }
 
-std::uint32_t ModelGrid::CellBackColor() { return row_ == 0 ? kButtonFace : kWindowBackground; }
+std::uint32_t ModelGrid::CellBackColor() {
+  return row_ == 0 ? system_color::kButtonFace : system_color::kWindowBackground;
+}
 
 CellFont ModelGrid::Font() {
   const QVariant font = Data(row_, col_, Qt::FontRole);
