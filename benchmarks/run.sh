@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words|preview|search]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search|pdf]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +8,7 @@ here="$root/benchmarks"
 "$root/scripts/setup.sh"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
-cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark
+cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark
 build="$root/build/release"
 
 # Data and results lie on the memory file system, so that the disk takes no part.
@@ -92,6 +92,13 @@ search_benchmark() {
   rm "$work/books.db" "$work/lines" "$work/report.rpt"
 }
 
-for name in "${@:-report layout words preview search}"; do
+pdf_benchmark() {
+  local pages
+  "$build/benchmarks/pdf_benchmark" speed "$work" 1000
+  for pages in 2000 20000; do "$build/benchmarks/pdf_benchmark" memory "$work" "$pages"; done
+  rm "$work"/*.pdf "$work/r.rpt"
+}
+
+for name in "${@:-report layout words preview search pdf}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

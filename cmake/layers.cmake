@@ -33,15 +33,20 @@ function(keldll_link_layer target name)
   target_link_libraries(${target} PRIVATE keldll_${name})
 endfunction()
 
-# keldll_library(core LAYER preview) makes the library KelDll::core of a layer and those below it,
-# without the layer ABOVE which it begins and what stands below that.
+# keldll_library(core LAYERS preview setup) makes the library KelDll::core of layers and those below
+# them, without the layers ABOVE which it begins and what stands below these.
 function(keldll_library name)
-  cmake_parse_arguments(library "" "LAYER;ABOVE" "" ${ARGN})
-  keldll_layers_from(${library_LAYER} layers)
-  if(library_ABOVE)
-    keldll_layers_from(${library_ABOVE} held_elsewhere)
+  cmake_parse_arguments(library "" "" "LAYERS;ABOVE" ${ARGN})
+  set(layers "")
+  foreach(top IN LISTS library_LAYERS)
+    keldll_layers_from(${top} more)
+    list(APPEND layers ${more})
+  endforeach()
+  list(REMOVE_DUPLICATES layers)
+  foreach(top IN LISTS library_ABOVE)
+    keldll_layers_from(${top} held_elsewhere)
     list(REMOVE_ITEM layers ${held_elsewhere})
-  endif()
+  endforeach()
   list(TRANSFORM layers REPLACE "(.+)" "$<TARGET_OBJECTS:keldll_\\1>" OUTPUT_VARIABLE objects)
   add_library(keldll_${name} ${objects})
   add_library(KelDll::${name} ALIAS keldll_${name})

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the keldll command, makes a trading firm's books and prints four reports of them into demo-output/. Then it opens
-# one of them in the preview or, without a display, draws a picture of every window.
+# Builds the keldll command, makes a trading firm's books and lays four reports of them out into demo-output/. It prints the
+# invoice in both modes, into files in the printer's place. Then it opens one report in the preview or, without a display,
+# draws a picture of every window.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -19,6 +20,25 @@ printf '\n=== Books\n'
 "$keldll" settings set 'Characters/12 cpi' 77
 "$root/examples/ledger/print_reports.sh" "$keldll" "$out/books.db" "$out"
 
+# run COMMAND: shows a command as one would type it in the project's folder, and runs it there.
+run() {
+  printf '$ %s\n' "$1"
+  (cd "$root" && eval "$1")
+}
+
+printf '\n=== Invoice on paper, text mode: what a dot-matrix printer gets (a file stands in its place)\n'
+run "build/release/keldll report demo-output/invoice.json --set TopMargin=10 --set Lines=55 \\
+    --print --set Port=demo-output/invoice.prn"
+head -n 5 "$out/invoice.prn" | cat -v
+
+printf '\n=== Invoice on paper, Windows mode: through the printer "PDF"\n'
+run "build/release/keldll report demo-output/invoice.json --set Mode=WINDOWS --set TopMargin=10 --set Lines=58 \\
+    --print --set PrinterDevice=PDF --set Port=demo-output/invoice_windows.pdf"
+run "build/release/keldll report demo-output/invoice.json --set TopMargin=10 --set Lines=55 -o demo-output/invoice.pdf"
+mkdir -p "$out/pictures"
+for pages in invoice invoice_windows; do pdftoppm -r 96 -png "$out/$pages.pdf" "$out/pictures/$pages"; done
+(cd "$root" && ls demo-output/pictures/invoice*.png)
+
 show_preview() {
   local command='build/release/keldll report demo-output/trial_balance.json --preview'
   [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || return
@@ -32,12 +52,14 @@ if ! show_preview; then
 fi
 
 printf '\n=== Files written\n'
-(cd "$out" && ls -l books.db ./*.json ./*.rpt ./*.txt)
+(cd "$out" && ls -l books.db ./*.json ./*.rpt ./*.txt ./*.pdf ./*.prn)
 cat <<END
 
 === Try next, in $root
 build/release/keldll report --db demo-output/books.db --sql 'SELECT Code, Name, City FROM Party' --caption Parties
 build/release/keldll report demo-output/trial_balance.json --preview
+build/release/keldll report demo-output/trial_balance.json -o demo-output/trial_balance.pdf
+build/release/keldll setup
 build/release/keldll report demo-output/trial_balance.json --set PrintColumnDivider=True --pages 2-2
 build/release/keldll words --extended 123456789.50
 END

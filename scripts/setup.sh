@@ -3,9 +3,10 @@
 set -euo pipefail
 
 packages=(
-  build-essential ca-certificates clang clang-format clang-tidy cmake fonts-dejavu-core fonts-lohit-deva git
-  libbenchmark-dev libclang-rt-14-dev libgtest-dev libqt6svg6-dev libsqlite3-dev libutf8proc-dev ninja-build
-  pkg-config python3 qt6-base-dev rapidjson-dev time xdotool xvfb
+  build-essential ca-certificates clang clang-format clang-tidy cmake cups-client cups-daemon fonts-dejavu-core
+  fonts-liberation fonts-lohit-deva git libbenchmark-dev libcairo2-dev libclang-rt-14-dev libfontconfig-dev
+  libfreetype-dev libgtest-dev libharfbuzz-dev libqt6svg6-dev libsqlite3-dev libutf8proc-dev ninja-build
+  pkg-config poppler-utils python3 qt6-base-dev rapidjson-dev time xdotool xvfb
 )
 
 missing=()

@@ -10,16 +10,20 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTimer>
 #include <cstdio>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 
+#include "common/host.h"
 #include "engine/CPrint.h"
 #include "keldll/grid_json.h"
 #include "keldll/job_grid.h"
 #include "platform/qt/qt_host.h"
+#include "setup/frmSetup.h"
 #include "toolkit/CZURDLL.h"
 
 namespace {
@@ -97,7 +101,9 @@ void SaveToolkitWindows(const Pictures& pictures) {
   pictures.Save("frmFlash");
 }
 
-void Press(QWidget* preview, const char* key) { PartOf<QAbstractButton>(preview, key)->click(); }
+void Press(QWidget* window, const char* button) {
+  PartOf<QAbstractButton>(window, button)->click();
+}
 
 void SavePreview(const Pictures& pictures, kel::command::JsonGrid& report) {
   kel::CPrint print;
@@ -129,6 +135,17 @@ void SavePreview(const Pictures& pictures, kel::command::JsonGrid& report) {
   pictures.SaveOpenedBy(ask_first_page, "frmStartPage", "frmStartPage");
 }
 
+void SaveSetupWindows(const Pictures& pictures) {
+  kel::frmSetup setup;
+  setup.show();
+  pictures.Save("frmSetup");
+  PartOf<QTabWidget>(&setup, "tabStrip")->setCurrentIndex(1);
+  pictures.Save(&setup, "frmSetup_text_mode");
+  pictures.SaveOpenedBy([&] { Press(&setup, "cmdSets"); }, "frmDec", "frmDec");
+  Press(&setup, "OptWindows");
+  pictures.Save(&setup, "frmSetup_windows_mode");
+}
+
 void UseDarkColors() {
   const QColor window(45, 45, 48);
   QPalette dark(window, window);
@@ -158,10 +175,12 @@ void Run() {
   QDir().mkpath(folder);
   const Pictures pictures{QDir(folder)};
   kel::InstallQtHost();
+  kel::CurrentHost().settings = std::make_shared<kel::MemorySettingsStore>();  // not the user's own
   kel::command::JsonGrid report =
       kel::command::ReadGridJson(options.positionalArguments().at(0).toStdString());
   SavePreview(pictures, report);
   SaveToolkitWindows(pictures);
+  SaveSetupWindows(pictures);
 }
 
 // What the offscreen platform cannot do is no news to who looks at pictures.

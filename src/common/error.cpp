@@ -18,6 +18,7 @@ int AutomationNumber(int system_error) {
     case EISDIR:
     case ELOOP:
       return error_number::kPermissionDenied;
+    case EFBIG:
     case ENOSPC:
 #ifdef EDQUOT
     case EDQUOT:

@@ -64,6 +64,9 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
+  /// Waits until no other OutputFile that waited for its turn has the device or pipe open, so that
+  /// their bytes do not mix. Files need no turns: each appears whole.
+  void WaitForTurn();
   /// Appends. Throws Error 61 when the disk is full.
   void Write(std::string_view bytes);
   /// Appends the rest of another file, in the kernel where it can.

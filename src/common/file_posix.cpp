@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -276,6 +277,12 @@ void OutputFile::Impl::UnderHiddenName(Make make) {
     if (errno != EEXIST) ThrowCannotCreate(target);
   }
   ThrowCannotCreate(target, EEXIST);
+}
+
+void OutputFile::WaitForTurn() {
+  if (!impl_->direct) return;
+  const int result = Retried([&] { return ::flock(impl_->descriptor, LOCK_EX); });
+  if (result == -1) Throw("cannot lock", impl_->target);
 }
 
 void OutputFile::Write(std::string_view bytes) {

@@ -89,9 +89,10 @@ double InSteps(double narrowing) {
 
 }  // namespace
 
-CellPainter::CellPainter(const QString& family, double points) {
+CellPainter::CellPainter(const QString& family, double points, bool italic) {
   QFont font(family);
   font.setPointSizeF(points);
+  font.setItalic(italic);
   font.setKerning(false);
   font.setStyleHint(QFont::Monospace);
   // Full hinting would round the advance to whole pixels, and with it the columns.

@@ -26,7 +26,7 @@ namespace kel {
 class CellPainter {
  public:
   /// `points` is the font's size; the cell is the width and height of "A".
-  CellPainter(const QString& family, double points);
+  CellPainter(const QString& family, double points, bool italic = false);
 
   /// In pixels at 100 %; fractions are kept, so that columns do not drift with the zoom.
   QSizeF Cell() const { return cell_; }

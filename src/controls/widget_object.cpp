@@ -15,8 +15,6 @@
 namespace kel {
 namespace {
 
-constexpr const char* kTagProperty = "kelTag";
-
 // The default member has the id 0, so the named ones begin after it.
 enum MemberName : Object::MemberId {
   kName = 1,

@@ -8,6 +8,9 @@
 
 namespace kel {
 
+/// The property of a widget that keeps its Tag.
+inline constexpr const char* kTagProperty = "kelTag";
+
 /// A widget seen by the published member names of forms and controls: Name, Tag, Caption, Text,
 /// Parent, SetFocus, hWnd, Left, Top, Width, Height (twips), Visible, Enabled, BackColor,
 /// ForeColor. Text is the default member of what has a text, Caption of the others. Tag is kept

@@ -9,11 +9,14 @@
 #include "common/host.h"
 #include "common/temp_folder.h"
 #include "common/text_cells.h"
+#include "engine/file_to_printer.h"
 #include "engine/object_grid.h"
 #include "engine/page_file_writer.h"
 #include "engine/page_format.h"
 #include "engine/page_range.h"
+#include "engine/print_files.h"
 #include "engine/print_settings.h"
+#include "engine/report_caption.h"
 #include "engine/report_layout.h"
 #include "toolkit/CZURDLL.h"
 
@@ -28,9 +31,22 @@ class WaitScope {
                      std::optional<std::int32_t> max = std::nullopt) {
     SharedToolkit().ShowWait(false, caption, min, max);
   }
+  // A wait window with a Stop button.
+  static WaitScope Stoppable(const std::string& caption) { return {caption, true}; }
   ~WaitScope() { SharedToolkit().UnloadWait(); }
   WaitScope(const WaitScope&) = delete;
   WaitScope& operator=(const WaitScope&) = delete;
+
+  // False once the user has pressed Stop. Work does not stop for want of a window.
+  bool Step() const { return SharedToolkit().StepWait() || !shown_; }
+
+ private:
+  WaitScope(const std::string& caption, bool stop_button) {
+    SharedToolkit().ShowWait(stop_button, caption);
+    shown_ = SharedToolkit().StepWait(0);
+  }
+
+  bool shown_ = false;
 };
 
 std::vector<Cells> WidthsOf(const Value& col_width) {
@@ -63,12 +79,6 @@ std::string PathOrEmpty(std::filesystem::path (*path)()) {
   }
 }
 
-ReportPrinter& RequirePrinter() {
-  ReportPrinter* const printer = CurrentReportHost().printer.get();
-  if (printer != nullptr) return *printer;
-  throw Error(error_number::kPrinterError, "Printing is not available in this version");
-}
-
 // The part of a grid that a caller asked for.
 struct CallerRange {
   std::optional<std::int32_t> row1;
@@ -83,6 +93,12 @@ ReportRange WholeRange(GridSource& grid, const CallerRange& asked, PageNumber fi
 }
 
 }  // namespace
+
+template <typename Port>
+Port& Required(const std::shared_ptr<Port>& port, const char* what) {
+  if (port) return *port;
+  throw Error(error_number::kPrinterError, std::string("this program has no ") + what);
+}
 
 struct CPrint::Impl {
   std::int32_t pages = 0;
@@ -106,6 +122,13 @@ struct CPrint::Impl {
   void PrepareWhenDue(GridSource& grid, const CallerRange& range, bool ask_start_page);
   void CopyPageRange(PageRange range);
   void PrintReport();
+  void PrintKelFile();
+  // Prints a page file in the current mode. False when the user stopped it.
+  bool PrintPages(const std::filesystem::path& file);
+  void SendToPort(const std::filesystem::path& file);
+  bool SendToSystem(const std::filesystem::path& file, const std::string& title);
+  std::string Title() const;  // of the prepared report, for its print job
+  void BuildPrintFiles();
   ReportSnapshot Snapshot() const;
   // The same, where there must be a report.
   ReportSnapshot Prepared() const;
@@ -130,6 +153,7 @@ void CPrint::Impl::LoadSettings() {
 CPrint::CPrint() : impl_(std::make_unique<Impl>()) {
   impl_->Run("CPrint", [&] {
     PrepareTempFolder();
+    SharedToolkit();  // at its making it empties the folder, too: not later, among this job's files
     impl_->LoadSettings();
   });
 }
@@ -172,11 +196,10 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   const ReportTexts texts = {LinesOf(report_title), CurrentHost().clock->Stamp()};
   OutputFile file(PageFile(), Links::kRefuse);
   PageFileWriter writer(file);
-  CZURDLL& toolkit = SharedToolkit();
   const PageNumber last =
       LayOutReport(grid, widths, job_settings, range, texts, writer, [&](PageNumber page) {
         current_page = page;
-        toolkit.StepWait();
+        wait.Step();
       });
   file.Commit();
 
@@ -268,7 +291,79 @@ void CPrint::Impl::CopyPageRange(PageRange range) {
 void CPrint::Impl::PrintReport() {
   const std::filesystem::path file = range_copied ? RangeFile() : Snapshot().page_file;
   range_copied = false;
-  RequirePrinter().Print(file, settings);
+  PrintPages(file);
+}
+
+bool CPrint::Impl::PrintPages(const std::filesystem::path& file) {
+  if (settings.mode != kTextMode) return SendToSystem(file, Title());
+  SendToPort(file);
+  return true;
+}
+
+void CPrint::Impl::SendToPort(const std::filesystem::path& file) {
+  PrinterPort& port = Required(CurrentReportHost().printer_port, "printer port");
+  if (TrimBlanks(settings.port).empty()) settings.port = kDefaultPort;
+  SettingsStore& store = *CurrentHost().settings;
+  // The files on disk may be of other settings, or of another process of this user.
+  if (!PrintFilesAreCurrent(TempFolder(), CodesFor(settings, store), settings.port)) {
+    BuildPrintFiles();
+  }
+  PortJob job;
+  job.port = settings.port;
+  job.title = Title();
+  job.code_page = store.Read(kTextModeSection, kCodePageKey, "");
+  job.parts = {{TempFolder() / kSetUpFileName}, {file, true}, {TempFolder() / kResetFileName}};
+  port.Send(job);
+}
+
+std::string CPrint::Impl::Title() const {
+  const ReportSnapshot report = Snapshot();
+  const std::string caption = CaptionOf(report.page_file, report.job);
+  return caption.empty() ? std::string(kApplicationTitle) : caption;
+}
+
+void CPrint::Impl::BuildPrintFiles() {
+  kel::BuildPrintFiles(TempFolder(), CodesFor(settings, *CurrentHost().settings), settings.port);
+}
+
+bool CPrint::Impl::SendToSystem(const std::filesystem::path& file, const std::string& title) {
+  SystemPrinter& printer = Required(CurrentReportHost().system_printer, "printer");
+  const WaitScope wait = WaitScope::Stoppable("Printing Pages...");
+  return PrintThroughSystem(file, title, settings, printer, [&] { return wait.Step(); });
+}
+
+void CPrint::PrintReport() {
+  impl_->Run("PrintReport", [&] { impl_->PrintReport(); });
+}
+
+void CPrint::PrintKelFile() {
+  impl_->Run("PrintKelFile", [&] { impl_->PrintKelFile(); });
+}
+
+void CPrint::Impl::PrintKelFile() {
+  const std::filesystem::path file = Snapshot().page_file;
+  if (settings.mode != kTextMode) {
+    SendToSystem(file, Title());
+    return;
+  }
+  try {
+    SendToPort(file);
+  } catch (const Error&) {
+    BuildPrintFiles();
+    SendToPort(file);
+  }
+}
+
+bool CPrint::FileToPrinter(const std::string& Filename) {
+  bool printed = false;
+  impl_->Run("FileToPrinter", [&] {
+    printed = impl_->SendToSystem(Filename, std::filesystem::path(Filename).filename().string());
+  });
+  return printed;
+}
+
+void CPrint::ShowSetup() {
+  impl_->Run("ShowSetup", [] { CurrentReportHost().windows->ShowSetup(); });
 }
 
 ReportSnapshot CPrint::Snapshot() const { return impl_->Snapshot(); }

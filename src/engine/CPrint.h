@@ -153,7 +153,7 @@ class CPrint {
                     bool AskStartPNo = false);
 
   /// Prepares the report as PrintPreview does, asks which pages to print (frmPrint) and prints
-  /// them. Fails with Error 482 while the program has no printer (ReportHost).
+  /// them as PrintReport does.
   void PreparePrint(Object& Grid, std::optional<std::int32_t> Row1 = std::nullopt,
                     std::optional<std::int32_t> Col1 = std::nullopt,
                     std::optional<std::int32_t> Row2 = std::nullopt,
@@ -166,6 +166,25 @@ class CPrint {
   /// Copies pages `From` to `To`, counted from 1 at the start of the report page file, into the
   /// page-range file, which has the same format.
   void CopyPageRange(PageNumber From, PageNumber To);
+
+  /// Prints the page range that was copied last, if one was copied since the last printing, else
+  /// the whole report page file: in text mode ("DOS") through the printer port, in any other mode
+  /// through the system's printer. Text mode returns at once and sends in the background; what
+  /// fails there is in the error log. Fails with Error 482 for a printer or port that is not there
+  /// or refuses.
+  void PrintReport();
+  /// Prints the whole report page file without asking. Where text mode fails, its print files are
+  /// built anew and it is tried once more.
+  void PrintKelFile();
+  /// Prints a text file, which may hold the codes of a page file, through the system's printer: the
+  /// one named PrinterDevice, else the default one. True when the whole file was sent and the
+  /// document ended; False when it failed (LastError), was stopped, or the PDF printer was given no
+  /// file. Published quirks: size and bold hold for whole lines, and the removal of codes takes a
+  /// digit of an underlined text that begins with one for part of the code.
+  bool FileToPrinter(const std::string& Filename);
+  /// Opens the printer setup (frmSetup) until it is closed. What is saved there holds for this
+  /// object after Refresh.
+  void ShowSetup();
 
   /// Full path of the report page file; empty when there is no temporary folder.
   std::string GetKelFile() const;

@@ -14,12 +14,15 @@ class NoWindows : public ReportWindows {
   void ShowPreview(const ReportSnapshot& /*report*/, ShowStyle /*style*/) override {
     throw Error(error_number::kInvalidProcedureCall, "there is no screen to show the preview on");
   }
+  void ShowSetup() override {
+    throw Error(error_number::kInvalidProcedureCall, "there is no screen to show the setup on");
+  }
 };
 
 }  // namespace
 
 ReportHost& CurrentReportHost() {
-  static ReportHost host{std::make_shared<NoWindows>(), nullptr};
+  static ReportHost host{std::make_shared<NoWindows>(), nullptr, nullptr};
   return host;
 }
 

@@ -1,4 +1,4 @@
-// The windows of a report job, and its printer, as the engine sees them.
+// The windows of a report job, and its printers, as the engine sees them.
 #pragma once
 
 #include <filesystem>
@@ -9,6 +9,8 @@
 #include "common/value.h"
 #include "engine/page_range_entry.h"
 #include "engine/print_settings.h"
+#include "engine/printer_port.h"
+#include "engine/system_printer.h"
 
 namespace kel {
 
@@ -39,24 +41,19 @@ class ReportWindows {
   /// Shows a report (frmPV). With a preview already open the report is shown in that window, and
   /// the call returns at once.
   virtual void ShowPreview(const ReportSnapshot& report, ShowStyle style) = 0;
+  /// Shows the printer setup (frmSetup) until it is closed.
+  virtual void ShowSetup() = 0;
 };
 
-/// Prints page files in the mode, and on the printer, of their settings.
-class ReportPrinter {
- public:
-  virtual ~ReportPrinter() = default;
-  /// Throws Error when the pages cannot be handed to the printer.
-  virtual void Print(const std::filesystem::path& page_file, const PrintSettings& settings) = 0;
-};
-
-/// What the engine reaches its windows and its printer through. Change it only while no other
-/// thread uses the library.
+/// What the engine reaches its windows and printers through. Change it only while no other thread
+/// uses the library.
 struct ReportHost {
-  /// Without a screen: all pages are printed, the first page number stays, and a preview is
-  /// refused with Error 5.
+  /// Without a screen: all pages are printed, the first page number stays, and preview and setup
+  /// are refused with Error 5.
   std::shared_ptr<ReportWindows> windows;
-  /// Null while there is no printer.
-  std::shared_ptr<ReportPrinter> printer;
+  /// Null while the program has none.
+  std::shared_ptr<PrinterPort> printer_port;
+  std::shared_ptr<SystemPrinter> system_printer;
 };
 
 ReportHost& CurrentReportHost();

@@ -6,7 +6,7 @@
 
 #include "common/ole_color.h"
 #include "controls/cell_painter.h"
-#include "preview/page_line.h"
+#include "engine/page_line.h"
 #include "preview/preview_colors.h"
 #include "preview/zoom.h"
 

@@ -27,13 +27,6 @@ bool HasRoom(const PageText& page) {
   return page.lines.size() < kMostPageLines && page.text.size() < kMostPageBytes;
 }
 
-std::string_view WithoutFormFeeds(std::string_view line, std::string& buffer) {
-  if (line.find(kFormFeed) == std::string_view::npos) return line;
-  buffer = line;
-  std::erase(buffer, kFormFeed);
-  return buffer;
-}
-
 PageNumber PageOfLine(LineNumber line, std::int32_t page_length) {
   const LineNumber page = (line - 1) / page_length + 1;
   return static_cast<PageNumber>(
@@ -74,17 +67,11 @@ void PageModel::LoadPage(bool reset_find, PageText& page) {
   PageFileReader reader(report_.page_file);
   const LineNumber behind = FirstLineOfPage(current_page_, LinesPerPage()) + LinesPerPage();
   if (index_.GoToPage(reader, current_page_)) {
-    std::string_view raw;
-    std::string without_form_feeds;
+    std::string_view line;
     while (reader.NextLineNumber() < behind && HasRoom(page)) {
       const bool is_match = match_column_ >= 1 && reader.NextLineNumber() == match_line_;
-      if (!reader.NextLineStart(raw, kMostLineBytes)) break;
-      const std::string_view line = WithoutFormFeeds(raw, without_form_feeds);
-      if (!TrimBlanks(line).empty() && (is_match || line.front() == kTitleMark)) {
-        AppendFormattedLine(page, line, match_column_, is_match ? match_cells_ : 0);
-      } else {
-        AppendRawLine(page, line);
-      }
+      if (!reader.NextLineStart(line, kMostLineBytes)) break;
+      AppendPageLine(page, line, match_column_, is_match ? match_cells_ : 0);
     }
   }
   if (reset_find) match_line_ = FirstLineOfPage(current_page_, LinesPerPage());

@@ -8,7 +8,7 @@
 #include "engine/page_format.h"
 #include "engine/report_windows.h"
 #include "preview/page_index.h"
-#include "preview/page_line.h"
+#include "engine/page_line.h"
 
 namespace kel {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "preview/line_codes.h"
+#include "engine/line_codes.h"
 #include "preview/search_window.h"
 
 namespace kel {

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "common/control_codes.h"
-#include "preview/line_codes.h"
+#include "engine/line_codes.h"
 
 namespace kel {
 

@@ -69,7 +69,6 @@ TEST_F(CommandTest, FailureIsOneLine) {
       {{"words", "--extended", "5", "12\nabc"}, "\"12 abc\""},
       {{"settings", "get", "Setup/Nothing"}, "Setup/Nothing"},
       {{"browse", "x.csv"}, "browse" + later},
-      {{"report", "x.csv", "--print"}, "--print" + later},
       {{"report", "x.csv", "-o", "x.XLSX"}, ".XLSX output" + later},
       {{"report", "--db", "odbc:DSN=Books", "--sql", "SELECT 1"}, later},
   };

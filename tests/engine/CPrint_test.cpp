@@ -17,6 +17,7 @@
 #include "engine/print_settings.h"
 #include "support/errors.h"
 #include "support/fixed_clock.h"
+#include "support/paper.h"
 #include "support/recording_desktop.h"
 #include "support/test_folder.h"
 #include "toolkit/CZURDLL.h"
@@ -39,22 +40,13 @@ class TestWindows : public ReportWindows {
   void ShowPreview(const ReportSnapshot& report, ShowStyle style) override {
     shown.emplace_back(report, style);
   }
+  void ShowSetup() override { ++setups; }
 
+  int setups = 0;
   std::int32_t asked_pages = 0;
   std::optional<PageRange> answer;
   std::string start_page = "1";
   std::vector<std::pair<ReportSnapshot, ShowStyle>> shown;
-};
-
-class TestPrinter : public ReportPrinter {
- public:
-  void Print(const fs::path& page_file, const PrintSettings& settings) override {
-    files.push_back(page_file.filename().string());
-    mode = settings.mode;
-  }
-
-  Strings files;
-  std::string mode;
 };
 
 class CPrintTest : public ::testing::Test {
@@ -62,7 +54,7 @@ class CPrintTest : public ::testing::Test {
   void SetUp() override {
     CurrentHost() = {store, std::make_shared<testing::FixedClock>(), desktop};
     CurrentJob() = {};
-    CurrentReportHost() = {windows, printer};
+    CurrentReportHost() = {windows, port, printer};
     for (int i = 0; i < 40; ++i) grid.AddRow({i == 0 ? "No" : std::to_string(i), "x"});
   }
 
@@ -79,7 +71,16 @@ class CPrintTest : public ::testing::Test {
   std::shared_ptr<testing::RecordingDesktop> desktop =
       std::make_shared<testing::RecordingDesktop>();
   std::shared_ptr<TestWindows> windows = std::make_shared<TestWindows>();
-  std::shared_ptr<TestPrinter> printer = std::make_shared<TestPrinter>();
+  // What text mode printed: the jobs, and the page files by their names.
+  Strings Printed() const {
+    Strings files;
+    for (const PortJob& job : port->jobs) files.push_back(job.parts[1].file.filename().string());
+    return files;
+  }
+
+  std::shared_ptr<testing::RecordingPort> port = std::make_shared<testing::RecordingPort>();
+  std::shared_ptr<testing::RecordingPrinter> printer =
+      std::make_shared<testing::RecordingPrinter>();
   MemoryGrid grid{"Day Book"};
 };
 
@@ -250,9 +251,8 @@ TEST_F(CPrintTest, PrintingTakesTheChosenPagesAndThenTheWholeReportAgain) {
   CPrint print;
   print.ColWidth(Value::Array{5, 20});
   print.Lines(12);
-  print.Mode("WINDOWS");
   print.PreparePrint(grid);
-  EXPECT_TRUE(printer->files.empty()) << "cancelled";
+  EXPECT_TRUE(port->jobs.empty()) << "cancelled";
   EXPECT_EQ(windows->asked_pages, print.Pages());
 
   windows->answer = PageRange{1, print.Pages()};
@@ -261,19 +261,87 @@ TEST_F(CPrintTest, PrintingTakesTheChosenPagesAndThenTheWholeReportAgain) {
   print.PreparePrint(grid);
   windows->answer = PageRange{1, print.Pages()};
   print.PreparePrint(grid);
-  EXPECT_EQ(printer->files, (Strings{"_kelFile.rpt", "_kelFile.kel", "_kelFile.rpt"}));
-  EXPECT_EQ(printer->mode, "WINDOWS");
+  EXPECT_EQ(Printed(), (Strings{"_kelFile.rpt", "_kelFile.kel", "_kelFile.rpt"}));
 
   print.CopyPageRange(2, 2);
   print.PreparePrint(grid);
-  EXPECT_EQ(printer->files.back(), "_kelFile.rpt") << "an earlier range is not printed";
+  EXPECT_EQ(Printed().back(), "_kelFile.rpt") << "an earlier range is not printed";
 
   print.StartPage(3);
   print.PreparePrint(grid);
-  EXPECT_EQ(printer->files.back(), "_kelFile.kel") << "From is not StartPage";
-  CurrentReportHost().printer = nullptr;
+  EXPECT_EQ(Printed().back(), "_kelFile.kel") << "From is not StartPage";
+  CurrentReportHost().printer_port = nullptr;
   print.PreparePrint(grid);
   EXPECT_EQ(print.LastError()->Number(), error_number::kPrinterError);
+}
+
+TEST_F(CPrintTest, TextModeSendsSetUpPagesAndReset) {
+  CPrint print;
+  ASSERT_EQ(Prepare(print), 0);
+  print.Port(" ");
+  store->Write("Setup\\DOS", "CodePage", "CP850");
+  print.PrintReport();
+  ASSERT_FALSE(print.LastError());
+  EXPECT_EQ(print.Port(), "LPT1:");
+  EXPECT_EQ(port->jobs[0].port, "LPT1:");
+  EXPECT_EQ(port->jobs[0].title, "Day Book");
+  EXPECT_EQ(port->jobs[0].code_page, "CP850");
+  EXPECT_TRUE(port->jobs[0].parts[1].is_text);
+  EXPECT_FALSE(port->jobs[0].parts[0].is_text || port->jobs[0].parts[2].is_text);
+  const std::string pages = ReadFile(print.GetKelFile());
+  EXPECT_EQ(port->sent,
+            (Strings{std::string("\033C\0\x0c\033P", 6), pages, std::string("\033C\0\0\033@", 6)}));
+  // Another height asks for other files.
+  print.PageHeight(11);
+  print.PrintReport();
+  EXPECT_EQ(port->sent[0][3], 11);
+}
+
+TEST_F(CPrintTest, PrintKelFileTriesTextModeOnceMoreWithNewFiles) {
+  CPrint print;
+  ASSERT_EQ(Prepare(print), 0);
+  port->on_send = [&] {
+    if (port->jobs.size() == 1) throw Error(error_number::kPrinterError, "busy");
+    EXPECT_TRUE(fs::exists(TempFolder() / "_kelPRT1.bat"));
+  };
+  print.PrintReport();
+  EXPECT_TRUE(testing::Contains(*print.LastError(), "busy")) << "only PrintKelFile tries again";
+  port->jobs.clear();
+  print.CopyPageRange(2, 2);
+  port->on_send = [&] {
+    if (port->jobs.size() > 1) return;
+    fs::remove(TempFolder() / "_kelPRT1.bat");
+    throw Error(error_number::kPrinterError, "busy");
+  };
+  print.PrintKelFile();
+  EXPECT_FALSE(print.LastError());
+  EXPECT_EQ(Printed(), (Strings{"_kelFile.rpt", "_kelFile.rpt"})) << "the whole report";
+  EXPECT_TRUE(fs::exists(TempFolder() / "_kelPRT1.bat"));
+  port->on_send = [] { throw Error(error_number::kPrinterError, "gone"); };
+  print.PrintKelFile();
+  EXPECT_TRUE(testing::Contains(*print.LastError(), "gone"));
+}
+
+TEST_F(CPrintTest, FileToPrinterTellsWhetherTheWholeFileWasSent) {
+  CPrint print;
+  const fs::path file = TempFolder() / "note.txt";
+  testing::WriteFile(file, "a\r\n\x0c\r\nb\r\n");
+  EXPECT_TRUE(print.FileToPrinter(file.string()));
+  EXPECT_EQ(printer->begun[0].title, "note.txt");
+  EXPECT_EQ(printer->sheets.size(), 2U);
+  EXPECT_FALSE(print.FileToPrinter(file.string() + "x"));
+  EXPECT_EQ(print.LastError()->Number(), error_number::kFileNotFound);
+  desktop->answer = false;  // to the wait window's steps: Stop was pressed
+  EXPECT_TRUE(print.FileToPrinter(file.string())) << "no window ever came up";
+  int steps = 0;
+  desktop->answer = true;
+  desktop->on_call = [&](std::string_view call) {
+    if (call.substr(0, 4) == "step") desktop->answer = ++steps < 3;
+  };
+  EXPECT_FALSE(print.FileToPrinter(file.string()));
+  EXPECT_FALSE(print.LastError() || printer->ended);
+  print.ShowSetup();
+  EXPECT_EQ(windows->setups, 1);
 }
 
 TEST_F(CPrintTest, APreviewsPrintJobKeepsToTheReportOnShow) {
@@ -292,7 +360,7 @@ TEST_F(CPrintTest, APreviewsPrintJobKeepsToTheReportOnShow) {
   job.PreparePrint(none);
   ASSERT_FALSE(job.LastError());
   EXPECT_EQ(windows->asked_pages, shown.job.page_count);
-  EXPECT_EQ(printer->mode, "WINDOWS");
+  ASSERT_EQ(printer->begun.size(), 1U) << "in the mode of the report on show";
   const std::vector<std::uint64_t>& offsets = *shown.job.page_offsets;
   EXPECT_EQ(ReadFile(job.PageRangeFile()), pages.substr(offsets[1], offsets[2] - offsets[1]));
 }

@@ -126,7 +126,7 @@ TEST_F(CZURDLLTest, AFullDiskKeepsTheLinesBeforeWhole) {
   FailToSave();
   {
     const testing::FileSizeLimit full(kSaveLine.size() + 10);
-    EXPECT_EQ(ErrorOfErrorlog(), error_number::kDeviceIoError);
+    EXPECT_EQ(ErrorOfErrorlog(), error_number::kDiskFull);
   }
   EXPECT_EQ(Log(), kSaveLine);
 }

@@ -4,6 +4,7 @@
 #include "common/ole_color.h"
 #include "controls/colors.h"
 #include "preview/zoom.h"
+#include "support/paper.h"
 #include "windows/preview_fixture.h"
 
 namespace kel::testing {
@@ -79,30 +80,21 @@ class RangeAsker : public ReportWindows {
   }
   void AskStartPage(JobValues& /*job*/) override {}
   void ShowPreview(const ReportSnapshot& /*report*/, ShowStyle /*style*/) override {}
+  void ShowSetup() override {}
   std::int32_t asked_of = 0;
-};
-
-class PaperTray : public ReportPrinter {
- public:
-  void Print(const std::filesystem::path& page_file, const PrintSettings& settings) override {
-    printed = ReadFile(page_file);
-    mode = settings.mode;
-  }
-  std::string printed;
-  std::string mode;
 };
 
 TEST_F(PreviewTest, PrintPrintsTheReportOnShowWithItsOwnSettings) {
   const auto asker = std::make_shared<RangeAsker>();
-  const auto tray = std::make_shared<PaperTray>();
-  CurrentReportHost() = {asker, tray};
+  const auto port = std::make_shared<testing::RecordingPort>();
+  CurrentReportHost() = {asker, port, nullptr};
   report_.settings.mode = "DOS";
   Open();
   Press(Qt::Key_P, Qt::ControlModifier);
   EXPECT_EQ(asker->asked_of, 3);
-  EXPECT_EQ(tray->mode, "DOS");
+  ASSERT_EQ(port->sent.size(), 3U);
   const std::string whole = ReadFile(report_.page_file);
-  EXPECT_EQ(tray->printed, whole.substr(report_.job.page_offsets->at(1)));
+  EXPECT_EQ(port->sent[1], whole.substr(report_.job.page_offsets->at(1)));
 }
 
 TEST_F(PreviewTest, AboutIsShownFromTheButton) {

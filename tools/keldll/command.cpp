@@ -11,6 +11,7 @@
 #include "keldll/arguments.h"
 #include "keldll/report_command.h"
 #include "keldll/settings_command.h"
+#include "keldll/setup_command.h"
 #include "keldll/standard_streams.h"
 #include "keldll/usage.h"
 #include "keldll/words_command.h"
@@ -24,7 +25,6 @@ struct Verb {
 };
 
 void RunBrowse(std::span<const std::string> /*words*/) { throw NotInThisVersion("browse"); }
-void RunSetup(std::span<const std::string> /*words*/) { throw NotInThisVersion("setup"); }
 
 constexpr std::array kVerbs = {Verb{"report", RunReport}, Verb{"browse", RunBrowse},
                                Verb{"words", RunWords}, Verb{"setup", RunSetup},

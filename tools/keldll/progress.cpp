@@ -35,14 +35,16 @@ class ProgressLine : public WaitWindow {
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
 
-  void Show(const WaitRequest& /*request*/) override {
-    rows_ = 0;
+  // What is laid out has a known range of rows; what is printed goes by pages.
+  void Show(const WaitRequest& request) override {
+    counts_rows_ = request.min.has_value();
+    steps_ = 0;
     steps_until_look_ = kStepsBetweenLooks;
     begun_ = last_look_ = Time::now();
     draw_next_ = begun_ + kQuietTime;
   }
   bool Step(std::int32_t step, const std::optional<std::string>& /*caption*/) override {
-    rows_ += step;
+    steps_ += step;
     if (terminal_ && --steps_until_look_ <= 0) LookAtClock();
     return true;
   }
@@ -56,7 +58,8 @@ class ProgressLine : public WaitWindow {
 
   std::function<std::int64_t()> pages_;
   bool terminal_;
-  std::int64_t rows_ = 0;
+  bool counts_rows_ = true;
+  std::int64_t steps_ = 0;
   int steps_until_look_ = 0;
   Time::time_point begun_;
   Time::time_point last_look_;
@@ -75,10 +78,12 @@ void ProgressLine::LookAtClock() {
 
 void ProgressLine::Draw(Time::duration worked) {
   const double seconds = std::chrono::duration<double>(worked).count();
-  const std::int64_t pages = pages_();
-  std::string line = std::to_string(rows_) + " rows, " + std::to_string(pages) + " pages, " +
-                     PerSecond(rows_, seconds) + " rows/s, " + PerSecond(pages, seconds) +
-                     " pages/s";
+  const std::int64_t pages = counts_rows_ ? pages_() : steps_;
+  std::string line;
+  if (counts_rows_) line = std::to_string(steps_) + " rows, ";
+  line += std::to_string(pages) + " pages, ";
+  if (counts_rows_) line += PerSecond(steps_, seconds) + " rows/s, ";
+  line += PerSecond(pages, seconds) + " pages/s";
   const std::size_t length = line.size();
   if (length < drawn_) line.append(drawn_ - length, ' ');
   drawn_ = length;

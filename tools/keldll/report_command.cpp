@@ -1,8 +1,5 @@
 #include "keldll/report_command.h"
 
-#include <QString>
-#include <QtGlobal>
-#include <cstdio>
 #include <filesystem>
 #include <limits>
 #include <memory>
@@ -18,7 +15,8 @@
 #include "keldll/report_options.h"
 #include "keldll/report_outputs.h"
 #include "keldll/report_source.h"
-#include "platform/qt/qt_application.h"
+#include "keldll/screen.h"
+#include "platform/posix/spooler_port.h"
 #include "platform/qt/qt_host.h"
 #include "toolkit/CZURDLL.h"
 
@@ -33,20 +31,6 @@ class FixedStamp : public SystemClock {
  private:
   std::string stamp_;
 };
-
-// Qt tells its warnings about displays and folders on standard error, where the command's own one
-// line is to stand.
-void DropWarnings(QtMsgType type, const QMessageLogContext& /*place*/, const QString& text) {
-  if (type != QtCriticalMsg && type != QtFatalMsg) return;
-  std::fprintf(stderr, "%s\n", qUtf8Printable(text));  // NOLINT(*-vararg)
-}
-
-void RequireScreen() {
-  qInstallMessageHandler(DropWarnings);
-  if (CanShowWindows()) return;
-  throw Error(error_number::kInvalidProcedureCall,
-              "--preview needs a screen: there is none at DISPLAY or WAYLAND_DISPLAY");
-}
 
 class ReportJob {
  public:
@@ -64,6 +48,8 @@ class ReportJob {
   void SetUpPrint(ReportSource& source);
   void Prepare(ReportSource& source);
   ReportSnapshot ChosenPages();
+  void Write(const ReportSnapshot& report, ReportOutputs& outputs) const;
+  void Print(const ReportSnapshot& report) const;
   void Preview(const ReportSnapshot& report, ReportSource& source) const;
   void RequireSuccess(const CPrint& print, const std::string& what) const;
 
@@ -73,20 +59,24 @@ class ReportJob {
 };
 
 void ReportJob::Run() {
-  if (options_.preview) RequireScreen();
+  DropQtWarnings();
+  if (options_.preview) RequireScreen("--preview");
   ReportOutputs outputs(options_);
   SetUpHost();
   ReportSource source(options_);
   SetUpPrint(source);
   Prepare(source);
   const ReportSnapshot report = ChosenPages();
-  outputs.Write(report.page_file);
-  outputs.Commit();
+  Write(report, outputs);
+  if (options_.print) Print(report);
   if (options_.preview) Preview(report, source);
 }
 
 void ReportJob::SetUpHost() {
   InstallQtHost();
+  // The command ends with the job, so what fails on the way to the printer is told now.
+  CurrentReportHost().printer_port =
+      std::make_shared<SpoolerPort>(SpoolerPort::Waiting::kUntilSent);
   Host& host = CurrentHost();
   host_before_ = host;
   if (!options_.preview) {
@@ -146,6 +136,20 @@ ReportSnapshot ReportJob::ChosenPages() {
   report.job.page_count = to - from + 1;
   report.job.page_offsets.reset();
   return report;
+}
+
+void ReportJob::Write(const ReportSnapshot& report, ReportOutputs& outputs) const {
+  CZURDLL& toolkit = SharedToolkit();
+  toolkit.ShowWait();
+  outputs.Write(report, [&] { toolkit.StepWait(); });
+  toolkit.UnloadWait();
+  outputs.Commit();
+}
+
+void ReportJob::Print(const ReportSnapshot& report) const {
+  CPrint print(report);
+  print.PrintReport();
+  RequireSuccess(print, "cannot print " + options_.source);
 }
 
 void ReportJob::Preview(const ReportSnapshot& report, ReportSource& source) const {

@@ -29,7 +29,7 @@ constexpr std::array kOptions = {
 };
 
 // Endings and database addresses of outputs and sources that come with later versions.
-constexpr std::array<std::string_view, 4> kLaterEndings = {".pdf", ".doc", ".xls", ".xlsx"};
+constexpr std::array<std::string_view, 3> kLaterEndings = {".doc", ".xls", ".xlsx"};
 constexpr std::array<std::string_view, 2> kLaterDatabases = {"postgresql://", "odbc:"};
 
 // Collects what the version cannot do while the command line is still being checked, since wrong
@@ -168,9 +168,9 @@ void Reading::ReadSettings() {
 
 void Reading::ReadOutputs() {
   for (const std::string& path : arguments_.Values("-o")) ReadOutput(path);
-  if (arguments_.Has("--print")) Miss("--print");
+  options_.print = arguments_.Has("--print");
   options_.preview = arguments_.Has("--preview");
-  if (options_.outputs.empty() && !options_.preview) {
+  if (options_.outputs.empty() && !options_.print && !options_.preview) {
     options_.outputs.push_back({OutputKind::kStandardOutput, ""});
   }
 }
@@ -182,6 +182,8 @@ void Reading::ReadOutput(const std::string& path) {
     options_.outputs.push_back({OutputKind::kPageFile, path});
   } else if (EndsAs(path, ".txt")) {
     options_.outputs.push_back({OutputKind::kText, path});
+  } else if (EndsAs(path, ".pdf")) {
+    options_.outputs.push_back({OutputKind::kPdf, path});
   } else if (std::any_of(kLaterEndings.begin(), kLaterEndings.end(),
                          [&](std::string_view ending) { return EndsAs(path, ending); })) {
     Miss(path + ": " + Ending(path) + " output");

@@ -15,7 +15,7 @@ namespace kel::command {
 
 enum class SourceKind { kGridFile, kCsvFile, kDatabase };
 
-enum class OutputKind { kStandardOutput, kPageFile, kText };
+enum class OutputKind { kStandardOutput, kPageFile, kText, kPdf };
 
 struct Output {
   OutputKind kind;
@@ -38,7 +38,8 @@ struct ReportOptions {
   std::optional<std::string> stamp;
   std::optional<Range> pages;
 
-  std::vector<Output> outputs;  // empty only where the preview is all that is asked for
+  std::vector<Output> outputs;  // empty only where print or preview is all that is asked for
+  bool print = false;
   bool preview = false;
 };
 

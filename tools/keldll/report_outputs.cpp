@@ -6,6 +6,7 @@
 
 #include "common/error.h"
 #include "export/code_free_copy.h"
+#include "export/pdf_report.h"
 #include "keldll/standard_streams.h"
 
 namespace kel::command {
@@ -25,25 +26,43 @@ ReportOutputs::ReportOutputs(const ReportOptions& options) {
   for (const Output& output : options.outputs) {
     if (output.kind != OutputKind::kStandardOutput) {
       RefuseSource(output, options.source);
-      targets_.push_back({output.kind, std::make_unique<OutputFile>(output.path)});
+      targets_.push_back({output.kind, output.path, std::make_unique<OutputFile>(output.path)});
     } else if (!standard_output) {
-      targets_.push_back({output.kind, nullptr});
+      targets_.push_back({output.kind, output.path, nullptr});
       standard_output = true;
     }
   }
 }
 
-void ReportOutputs::Write(const std::filesystem::path& page_file) {
+void ReportOutputs::Write(const ReportSnapshot& report, const std::function<void()>& next_page) {
   for (const Target& target : targets_) {
-    if (target.kind != OutputKind::kPageFile) continue;
-    InputFile pages(page_file, Links::kRefuse);
-    target.file->WriteAll(pages);
+    if (target.kind == OutputKind::kPageFile) {
+      InputFile pages(report.page_file, Links::kRefuse);
+      target.file->WriteAll(pages);
+    } else if (target.kind == OutputKind::kPdf) {
+      WritePdf(target, report, next_page);
+    }
   }
-  WriteTexts(page_file);
+  WriteTexts(report.page_file);
+}
+
+void ReportOutputs::WritePdf(const Target& target, const ReportSnapshot& report,
+                             const std::function<void()>& next_page) {
+  try {
+    WritePdfReport(report, *target.file, [&] {
+      next_page();
+      return true;
+    });
+  } catch (const Error& failure) {
+    if (failure.Description().find(target.path) != std::string::npos) throw;
+    throw Error(failure.Number(), "cannot make " + target.path + ": " + failure.Description());
+  }
 }
 
 void ReportOutputs::WriteTexts(const std::filesystem::path& page_file) {
-  const auto is_text = [](const Target& target) { return target.kind != OutputKind::kPageFile; };
+  const auto is_text = [](const Target& target) {
+    return target.kind == OutputKind::kText || target.kind == OutputKind::kStandardOutput;
+  };
   if (std::none_of(targets_.begin(), targets_.end(), is_text)) return;
   CopyWithoutCodes(page_file, [&](std::string_view text) {
     for (const Target& target : targets_) {

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "common/file.h"
+#include "engine/report_windows.h"
 #include "keldll/report_options.h"
 
 namespace kel::command {
@@ -17,16 +20,21 @@ class ReportOutputs {
   /// Throws Error for a file that cannot be made, and for one that is the report's own source.
   explicit ReportOutputs(const ReportOptions& options);
 
-  /// Writes the pages of a page file to every output.
-  void Write(const std::filesystem::path& page_file);
+  /// Writes the pages of a report to every output. `next_page` is called before each page of those
+  /// that are made page by page.
+  void Write(const ReportSnapshot& report, const std::function<void()>& next_page);
   /// Puts the files in place. Nothing of them can be seen before.
   void Commit();
 
  private:
   struct Target {
     OutputKind kind;
+    std::string path;
     std::unique_ptr<OutputFile> file;  // null for standard output
   };
+
+  static void WritePdf(const Target& target, const ReportSnapshot& report,
+                       const std::function<void()>& next_page);
 
   void WriteTexts(const std::filesystem::path& page_file);
 

@@ -13,7 +13,7 @@ constexpr std::string_view kGeneralUsage = R"(usage: keldll report SOURCE [layou
   report     lay a table out into pages, then print, show or save them
   browse     open the list window on a table (not available in this version)
   words      write amounts in words
-  setup      open the printer setup dialog (not available in this version)
+  setup      open the printer setup dialog
   settings   show and change the stored settings
 
 keldll help VERB tells the options of a verb.
@@ -39,10 +39,13 @@ Layout
   --pages A-B              only these pages, counted from 1
 
 Output
-  -o FILE                  .rpt: the page file; .txt: its text without codes; repeat for more
+  -o FILE                  .rpt: the page file; .txt: its text without codes; .pdf: one sheet for
+                           each page; repeat for more
   -o -                     the text on standard output (when nothing else is asked for)
+  --print                  print the pages: in text mode through the port, in Windows mode through
+                           the system's printer; ends when the last byte is on its way
   --preview                show the pages in the preview window until it is closed
-  --print, and the endings .pdf .doc .xls .xlsx, are not available in this version
+  The endings .doc, .xls and .xlsx are not available in this version.
 )";
 
 constexpr std::string_view kBrowseUsage =
@@ -64,7 +67,8 @@ One line of words per amount.
 
 constexpr std::string_view kSetupUsage = R"(usage: keldll setup
 
-Opens the printer setup dialog. Not available in this version.
+Opens the printer setup dialog: print mode, printer and port, character set or font, page and
+margins. What is saved there holds for later reports.
 )";
 
 constexpr std::string_view kSettingsUsage = R"(usage: keldll settings

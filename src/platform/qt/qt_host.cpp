@@ -4,16 +4,21 @@
 
 #include "common/host.h"
 #include "engine/report_windows.h"
+#include "platform/posix/spooler_port.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_report_windows.h"
 #include "platform/qt/qt_settings_store.h"
+#include "platform/qt/qt_system_printer.h"
 
 namespace kel {
 
 void InstallQtHost() {
   CurrentHost().settings = std::make_shared<QtSettingsStore>();
   CurrentHost().desktop = std::make_shared<QtDesktop>();
-  CurrentReportHost().windows = std::make_shared<QtReportWindows>();
+  ReportHost& report = CurrentReportHost();
+  report.windows = std::make_shared<QtReportWindows>();
+  report.printer_port = std::make_shared<SpoolerPort>();
+  report.system_printer = std::make_shared<QtSystemPrinter>();
 }
 
 }  // namespace kel

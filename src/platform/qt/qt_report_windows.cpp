@@ -9,6 +9,7 @@
 #include "engine/frmStartPage.h"
 #include "platform/qt/qt_application.h"
 #include "preview/frmPV.h"
+#include "setup/frmSetup.h"
 
 namespace kel {
 namespace {
@@ -53,6 +54,11 @@ void QtReportWindows::ShowPreview(const ReportSnapshot& report, ShowStyle style)
   const bool modal = style == ShowStyle::kModal || QApplication::activeModalWidget() != nullptr;
   if (modal) return OpenUntilClosed();
   OpenBeside();
+}
+
+void QtReportWindows::ShowSetup() {
+  RequireWindows();
+  frmSetup().Ask();
 }
 
 // A window that was open before a modal one came up takes no input until it belongs to that.

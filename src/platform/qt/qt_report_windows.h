@@ -21,6 +21,7 @@ class QtReportWindows : public ReportWindows {
   std::optional<PageRange> AskPageRange(std::int32_t page_count) override;
   void AskStartPage(JobValues& job) override;
   void ShowPreview(const ReportSnapshot& report, ShowStyle style) override;
+  void ShowSetup() override;
 
  private:
   void BringForward();

@@ -1,10 +1,10 @@
-#include "preview/page_line.h"
+#include "engine/page_line.h"
 
 #include <algorithm>
 #include <array>
 
 #include "common/control_codes.h"
-#include "preview/line_codes.h"
+#include "engine/line_codes.h"
 
 namespace kel {
 
@@ -240,6 +240,20 @@ void AppendFormattedLine(PageText& page, std::string_view line, Cells mark_colum
   }
   if (mark_cells > 0) {
     page.match = Marked(page.lines.size(), mark_column, mark_cells, builder.Columns());
+  }
+}
+
+void AppendPageLine(PageText& page, std::string_view line, Cells mark_column, Cells mark_cells) {
+  std::string without_form_feeds;
+  if (line.find(kFormFeed) != std::string_view::npos) {
+    without_form_feeds = line;
+    std::erase(without_form_feeds, kFormFeed);
+    line = without_form_feeds;
+  }
+  if (!TrimBlanks(line).empty() && (mark_cells > 0 || line.front() == kTitleMark)) {
+    AppendFormattedLine(page, line, mark_column, mark_cells);
+  } else {
+    AppendRawLine(page, line);
   }
 }
 

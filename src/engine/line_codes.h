@@ -1,4 +1,4 @@
-// The codes that stand inside a line, as the preview reads them: in order, from left to right, so
+// The codes that stand inside a line, read in order, from left to right, so
 // that nothing behind a code is taken for a part of it.
 #pragma once
 

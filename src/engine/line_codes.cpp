@@ -1,4 +1,4 @@
-#include "preview/line_codes.h"
+#include "engine/line_codes.h"
 
 #include <algorithm>
 #include <cstring>

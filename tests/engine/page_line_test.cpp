@@ -1,4 +1,4 @@
-#include "preview/page_line.h"
+#include "engine/page_line.h"
 
 #include <gtest/gtest.h>
 

@@ -65,4 +65,9 @@ void AppendRawLine(PageText& page, std::string_view line);
 void AppendFormattedLine(PageText& page, std::string_view line, Cells mark_column = 0,
                          Cells mark_cells = 0);
 
+/// Appends a line of a page file: one that begins with Chr(1), or has a match, formatted, any other
+/// raw. Its form feeds are left out.
+void AppendPageLine(PageText& page, std::string_view line, Cells mark_column = 0,
+                    Cells mark_cells = 0);
+
 }  // namespace kel

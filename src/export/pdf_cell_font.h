@@ -1,0 +1,107 @@
+// Text shaped into cells of one size, whatever fonts its characters come from.
+#pragma once
+
+#include <cairo.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "common/text_cells.h"
+#include "export/pdf_drawn_font.h"
+#include "export/pdf_fonts.h"
+#include "export/pdf_shaping.h"
+
+namespace kel {
+
+/// The cell of a character, in ems.
+struct EmCell {
+  double width = 0;
+  double height = 0;
+};
+
+/// One glyph and the text that it stands for.
+struct CellGlyph {
+  cairo_font_face_t* font = nullptr;
+  std::uint32_t index = 0;
+  double x = 0;  // ems, from the left end of the text's cells
+  double y = 0;  // ems, from the baseline downwards
+  std::string text;
+  cairo_matrix_t matrix{};  // of the font at a size of 1
+};
+
+/// One look of a font in cells. The size is the caller's: all lengths are ems.
+class CellFont {
+ public:
+  /// Without a cell the font's own is taken: its advance by its line height. Letters wider than the
+  /// cell are drawn narrower; in a cell of the caller's they fill it.
+  explicit CellFont(const FontLook& look, std::optional<EmCell> cell = std::nullopt);
+  /// A second look in the cells of the first.
+  CellFont(const FontLook& look, const CellFont& like);
+
+  EmCell Cell() const { return cell_; }
+  /// Of the line, from the top of the cell.
+  double Baseline() const;
+  const FontFace& Face() const { return fonts_.Nearest(); }
+
+  /// The glyph of printable ASCII; 0 when the font lacks it.
+  std::uint32_t PlainGlyph(char c) const { return plain_[static_cast<unsigned char>(c)]; }
+  /// How wide the font's own letters are drawn.
+  double PlainStretch() const { return stretch_; }
+
+  /// `text` shaped as one piece for `cells` cells; good until the next call.
+  /// REQUIRES that one text always comes with the same cells and direction.
+  const std::vector<CellGlyph>& Shaped(std::string_view text, Cells cells, Direction direction);
+  /// A blank of the font that `Shaped` makes glyphs in, so that a text of several words is of one.
+  const CellGlyph& DrawnBlank() const { return blank_; }
+
+ private:
+  // Where a text stands in its cells and how it is squeezed about its origin.
+  struct Squeeze {
+    double x = 0;
+    double y = 0;
+    double narrowing = 1;
+    double lowering = 1;
+  };
+
+  void TakePlainGlyphs();
+  void MakeBlank();
+  double WidestPlain() const;
+  std::vector<CellGlyph> Shape(std::string_view text, Cells cells, Direction direction);
+  Squeeze Fit(const ShapedText& shaped, Cells cells, Direction direction) const;
+  CellGlyph Whole(const std::string& text, const ShapedText& shaped, const Squeeze& squeeze,
+                  Cells cells);
+  std::vector<CellGlyph> InClusters(const ShapedText& shaped, const Squeeze& squeeze);
+  void AppendDrawn(std::vector<CellGlyph>& cells, const GlyphCluster& cluster,
+                   const Squeeze& squeeze);
+
+  FontChain fonts_;
+  EmCell cell_;
+  double stretch_ = 1;
+  std::array<std::uint32_t, 256> plain_{};
+  DrawnFont drawn_;
+  CellGlyph blank_;
+  std::unordered_map<std::string, std::vector<CellGlyph>> shaped_;
+};
+
+/// The plain and the bold look of one font, in cells of one size.
+class CellFonts {
+ public:
+  explicit CellFonts(FontLook look, std::optional<EmCell> cell = std::nullopt)
+      : look_(std::move(look)), plain_(look_, cell) {}
+
+  CellFont& Of(bool bold);
+  EmCell Cell() const { return plain_.Cell(); }
+
+ private:
+  FontLook look_;
+  CellFont plain_;
+  std::optional<CellFont> bold_;  // once asked for
+};
+
+}  // namespace kel

@@ -1,0 +1,82 @@
+#include "platform/posix/port_target.h"
+
+#include <algorithm>
+#include <cctype>
+#include <optional>
+#include <system_error>
+
+#include "common/error.h"
+#include "engine/printer_port.h"
+
+namespace kel {
+namespace {
+
+constexpr char kDelete = '\x7f';
+
+[[noreturn]] void Refuse(std::string_view port, const char* why) {
+  throw Error(error_number::kPrinterError,
+              "cannot print to the port \"" + std::string(port) + "\": " + why);
+}
+
+bool MayStandInPort(char c) {
+  constexpr std::string_view kRefused = " \"'`&%";
+  return static_cast<unsigned char>(c) >= ' ' && c != kDelete &&
+         kRefused.find(c) == std::string_view::npos;
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return upper;
+}
+
+// The device of "LPT2:" by its prefix "LPT": the first one has number 0.
+std::optional<std::string> Device(std::string_view name, std::string_view prefix,
+                                  const std::string& device) {
+  if (name.size() != prefix.size() + 1 || name.substr(0, prefix.size()) != prefix) return {};
+  const char digit = name.back();
+  if (digit < '1' || digit > '9') return {};
+  return device + static_cast<char>(digit - 1);
+}
+
+std::optional<std::string> PublishedPort(std::string_view port) {
+  std::string name = UpperCase(port);
+  if (!name.empty() && name.back() == ':') name.pop_back();
+  if (name == "PRN") name = "LPT1";
+  const auto parallel = Device(name, "LPT", "/dev/lp");
+  return parallel ? parallel : Device(name, "COM", "/dev/ttyS");
+}
+
+bool Exists(const std::filesystem::path& file) {
+  std::error_code unreadable;
+  return std::filesystem::exists(file, unreadable);
+}
+
+bool IsDevice(const std::filesystem::path& file) {
+  constexpr std::string_view kDevices = "/dev/";
+  return file.native().substr(0, kDevices.size()) == kDevices;
+}
+
+}  // namespace
+
+PortTarget TargetOf(std::string_view port) {
+  if (!std::all_of(port.begin(), port.end(), MayStandInPort)) {
+    Refuse(port, "its name holds a blank, a quote, &, % or a control character");
+  }
+  if (port.substr(0, kQueuePrefix.size()) == kQueuePrefix) {
+    const std::string_view queue = port.substr(kQueuePrefix.size());
+    if (queue.empty()) Refuse(port, "it names no print queue");
+    return {{}, std::string(queue)};
+  }
+  const std::optional<std::string> device = PublishedPort(port);
+  PortTarget target{device.value_or(std::string(port)), {}};
+  if (port.find('/') == std::string_view::npos && !device && !Exists(target.file)) {
+    Refuse(port, "it is no device path, no LPT1: and no queue:NAME");
+  }
+  if (IsDevice(target.file) && !Exists(target.file)) {
+    Refuse(port, ("this computer has no " + target.file.string()).c_str());
+  }
+  return target;
+}
+
+}  // namespace kel
