@@ -14,6 +14,7 @@
 #include <system_error>
 #include <utility>
 
+#include "common/descriptor.h"
 #include "common/error.h"
 
 namespace kel {
@@ -33,26 +34,6 @@ constexpr std::array<std::string_view, 4> kEmptiedEndings = {".tmp", ".txt", ".d
 [[noreturn]] void ThrowCannotUse(const std::filesystem::path& path, int system_error = errno) {
   throw Error::FromSystem(system_error, "cannot use the temporary folder " + path.string());
 }
-
-// Owns an open descriptor; -1 is none.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  ~Descriptor() {
-    if (number_ != -1) ::close(number_);
-  }
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-
-  int Get() const { return number_; }
-  bool IsOpen() const { return number_ != -1; }
-
- private:
-  int number_;
-};
 
 // One thread's hold on its folder. The lock belongs to the open lock file, so it ends with it.
 class LockedFolder {

@@ -51,8 +51,7 @@ void WriteParts(OutputFile& port, const Job& job) {
 
 void Send(const Job& job) {
   if (!job.queue.empty()) {
-    QueuePipe queue(job.queue, job.title);
-    queue.Feed([&](OutputFile& pipe) { WriteParts(pipe, job); });
+    SendToQueue(job.queue, job.title, [&](OutputFile& pipe) { WriteParts(pipe, job); });
     return;
   }
   OutputFile port(job.file);
