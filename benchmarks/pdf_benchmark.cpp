@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -153,15 +154,17 @@ void MeasureSpeed(const std::string& folder, std::int32_t pages, const char* kin
     sheets.Run([&] { PrintSheets(report, folder + "/s.pdf"); });
     yardstick.Run([&] { DrawWithQt(report, folder + "/q.pdf"); });
   }
+  const auto page_bytes = [&](const char* name_of_pdf) {
+    const std::uint64_t bytes = kel::InputFile(folder + name_of_pdf).Size();
+    return static_cast<unsigned long long>(bytes / static_cast<std::uint64_t>(pages));
+  };
   std::printf(
       "pdf: %s: a page as report in %.2f ms, as printed sheet in %.2f ms, its lines by "
       "QPainter::drawText in %.2f ms, ratio %.2f and %.2f (at most 1.3); %llu, %llu and %llu "
       "bytes a page\n",
       kind, ours.Least() / pages, sheets.Least() / pages, yardstick.Least() / pages,
-      ours.Least() / yardstick.Least(), sheets.Least() / yardstick.Least(),
-      static_cast<unsigned long long>(kel::InputFile(folder + "/r.pdf").Size()) / pages,
-      static_cast<unsigned long long>(kel::InputFile(folder + "/s.pdf").Size()) / pages,
-      static_cast<unsigned long long>(kel::InputFile(folder + "/q.pdf").Size()) / pages);
+      ours.Least() / yardstick.Least(), sheets.Least() / yardstick.Least(), page_bytes("/r.pdf"),
+      page_bytes("/s.pdf"), page_bytes("/q.pdf"));
 }
 
 void MeasureMemory(const std::string& folder, std::int32_t pages) {

@@ -110,6 +110,7 @@ const std::vector<CellGlyph>& CellFont::Shaped(std::string_view text, Cells cell
 std::vector<CellGlyph> CellFont::Shape(std::string_view text, Cells cells, Direction direction) {
   const std::string valid = TextForPdf(text);
   const ShapedText shaped = ShapeText(fonts_, valid, direction);
+  if (shaped.clusters.empty()) return {};
   const Squeeze squeeze = Fit(shaped, cells, direction);
   const bool own = shaped.clusters.size() == 1 && shaped.clusters.front().face == &Face();
   if (direction == Direction::kRightToLeft || (own && IsOneLetter(shaped.clusters.front()))) {

@@ -1,5 +1,6 @@
 #include "export/pdf_drawn_font.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace kel {
@@ -19,7 +20,7 @@ std::string KeyOf(const std::string& text, const GlyphDrawing& drawing) {
   key.push_back('\0');
   AppendBytes(key, drawing.advance);
   for (const SqueezedGlyphs& part : drawing.parts) {
-    AppendBytes(key, part.face);
+    AppendBytes(key, reinterpret_cast<std::uintptr_t>(part.face));
     for (const double length : {part.x, part.y, part.narrowing, part.lowering}) {
       AppendBytes(key, length);
     }

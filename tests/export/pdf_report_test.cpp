@@ -86,18 +86,13 @@ TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
   const Lines lines = {
       "  ACME Traders                                   Page 1",
       "----------------------------------------------------------------------------+---",
-      "\x01\x1b"
-      "EBold\x1b"
-      "F plain \x1b-12,500.00\x1b-0 \x1b-1\x1b"
-      "Eboth 17\x1b"
-      "F\x1b-0 end",
+      "\x01\033EBold\033F plain \033-12,500.00\033-0 \033-1\033Eboth 17\033F\033-0 end",
       "",
       "नकद खाता हिन्दी शर्मा | क्षत्रिय विद्यार्थी की स्त्री कृष्ण ट्रेडर्स |    1,250.00",
       "નકદ ખાતું શ્રી કૃષ્ણ ગુજરાતી ક્ષેત્ર પ્રકાશ |      7.00",
       "Café Zürich ñandú Łódź ẹ̀ Привет ελληνικά ₹ 1,200 €5 │─┼ |",
       "日本語 会社 | 😀 | 漢字",
-      "bad \xff\xff end \xef\xbf\xbf"
-      "x",
+      "bad \xff\xff end \xef\xbf\xbf.",
   };
   Write({lines, lines});
   const std::string info = InfoOf(Pdf());
@@ -120,7 +115,7 @@ TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
       ++at;
     }
   }
-  EXPECT_NE(RawText(pdf_).find("bad \xef\xbf\xbd\xef\xbf\xbd end \xef\xbf\xbdx"),
+  EXPECT_NE(RawText(pdf_).find("bad \xef\xbf\xbd\xef\xbf\xbd end \xef\xbf\xbd."),
             std::string::npos);
 
   const PdfPicture picture(pdf_);
@@ -190,10 +185,12 @@ TEST_F(PdfReportTest, NothingFallsOffThePaperAndAllPagesAreAlike) {
     report_.settings.portrait = c.portrait;
     report_.settings.fore_color = 0x0000FF;
     report_.job.page_width = c.columns;
-    const std::string full = "M" + std::string(static_cast<std::size_t>(c.columns) - 2, '_') + "W";
+    std::string full(static_cast<std::size_t>(c.columns), '_');
+    full.front() = 'M';
+    full.back() = 'W';
     const Lines page(10, full);
     Lines wide = page;
-    wide[5] = full + full + full + " last";
+    wide[5].append(full).append(full).append(" last");
     Write({page, wide, page});
     Pdf();
     const PdfPicture picture(pdf_, 2);
