@@ -64,13 +64,11 @@ CellFont::CellFont(const FontLook& look, std::optional<EmCell> cell) : fonts_(lo
     cell_ = {letter > 0 ? letter : kUsualWidth, Face().LineHeight()};
     stretch_ = Fitting(widest, cell_.width);
   }
-  MakeBlank();
 }
 
 CellFont::CellFont(const FontLook& look, const CellFont& like) : fonts_(look), cell_(like.cell_) {
   TakePlainGlyphs();
   stretch_ = Fitting(WidestPlain() * like.stretch_, cell_.width) * like.stretch_;
-  MakeBlank();
 }
 
 void CellFont::TakePlainGlyphs() {
@@ -79,10 +77,9 @@ void CellFont::TakePlainGlyphs() {
   }
 }
 
-void CellFont::MakeBlank() {
-  const std::string text = " ";
-  blank_ = {drawn_.Drawn(),     drawn_.GlyphOf(text, {{}, cell_.width}), 0, 0, text,
-            FontMatrix(1, 1, 0)};
+DrawnFont& CellFont::Drawn() {
+  if (!drawn_) drawn_.emplace(cell_.width);
+  return *drawn_;
 }
 
 double CellFont::WidestPlain() const {
@@ -157,8 +154,8 @@ CellGlyph CellFont::Whole(const std::string& text, const ShapedText& shaped, con
     drawing.parts.push_back(
         {cluster.face, cluster.glyphs, squeeze.x, squeeze.y, squeeze.narrowing, squeeze.lowering});
   }
-  return {drawn_.Drawn(),     drawn_.GlyphOf(text, std::move(drawing)), 0, 0, text,
-          FontMatrix(1, 1, 0)};
+  const DrawnGlyph glyph = Drawn().GlyphOf(text, std::move(drawing));
+  return {glyph.face, glyph.index, 0, 0, text, FontMatrix(1, 1, 0)};
 }
 
 // Each cluster for itself, in the font's own glyphs where these say all.
@@ -195,8 +192,8 @@ void CellFont::AppendDrawn(std::vector<CellGlyph>& cells, const GlyphCluster& cl
       drawing.parts.push_back({cluster.face, cluster.glyphs, squeeze.x - x, squeeze.y,
                                squeeze.narrowing, squeeze.lowering});
     }
-    cells.push_back({drawn_.Drawn(), drawn_.GlyphOf(character, std::move(drawing)), x, 0, character,
-                     FontMatrix(1, 1, 0)});
+    const DrawnGlyph glyph = Drawn().GlyphOf(character, std::move(drawing));
+    cells.push_back({glyph.face, glyph.index, x, 0, character, FontMatrix(1, 1, 0)});
   }
 }
 

@@ -57,8 +57,6 @@ class CellFont {
   /// `text` shaped as one piece for `cells` cells; good until the next call.
   /// REQUIRES that one text always comes with the same cells and direction.
   const std::vector<CellGlyph>& Shaped(std::string_view text, Cells cells, Direction direction);
-  /// A blank of the font that `Shaped` makes glyphs in, so that a text of several words is of one.
-  const CellGlyph& DrawnBlank() const { return blank_; }
 
  private:
   // Where a text stands in its cells and how it is squeezed about its origin.
@@ -70,7 +68,6 @@ class CellFont {
   };
 
   void TakePlainGlyphs();
-  void MakeBlank();
   double WidestPlain() const;
   std::vector<CellGlyph> Shape(std::string_view text, Cells cells, Direction direction);
   Squeeze Fit(const ShapedText& shaped, Cells cells, Direction direction) const;
@@ -84,8 +81,9 @@ class CellFont {
   EmCell cell_;
   double stretch_ = 1;
   std::array<std::uint32_t, 256> plain_{};
-  DrawnFont drawn_;
-  CellGlyph blank_;
+  DrawnFont& Drawn();
+
+  std::optional<DrawnFont> drawn_;  // once a glyph is drawn
   std::unordered_map<std::string, std::vector<CellGlyph>> shaped_;
 };
 

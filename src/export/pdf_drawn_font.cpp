@@ -7,6 +7,8 @@ namespace kel {
 namespace {
 
 constexpr cairo_user_data_key_t kOwner = {};
+constexpr std::size_t kMostDrawings = 250;  // of 256 codes in a font
+constexpr double kHalfSize = 0.5;           // ems
 constexpr double kAround = 0.02;  // ems beside the ink, for rounding and for slanted letters
 
 template <typename T>
@@ -31,17 +33,33 @@ std::string KeyOf(const std::string& text, const GlyphDrawing& drawing) {
 
 }  // namespace
 
-DrawnFont::DrawnFont() : face_(cairo_user_font_face_create()) {
-  cairo_user_font_face_set_init_func(face_.get(), Measure);
-  cairo_user_font_face_set_render_glyph_func(face_.get(), Render);
-  cairo_font_face_set_user_data(face_.get(), &kOwner, this, nullptr);
+DrawnGlyph DrawnFont::GlyphOf(const std::string& text, GlyphDrawing drawing) {
+  const auto [place, is_new] = known_.try_emplace(KeyOf(text, drawing));
+  if (!is_new) return place->second;
+  if (faces_.empty() || faces_.back()->drawings.size() == kMostDrawings) AddFace();
+  Face& face = *faces_.back();
+  place->second = {face.font.get(), static_cast<std::uint32_t>(face.drawings.size())};
+  face.drawings.push_back(std::move(drawing));
+  return place->second;
 }
 
-std::uint32_t DrawnFont::GlyphOf(const std::string& text, GlyphDrawing drawing) {
-  const auto [place, is_new] =
-      known_.try_emplace(KeyOf(text, drawing), static_cast<std::uint32_t>(drawings_.size()));
-  if (is_new) drawings_.push_back(std::move(drawing));
-  return place->second;
+void DrawnFont::AddFace() {
+  faces_.push_back(std::make_unique<Face>());
+  Face& face = *faces_.back();
+  face.font.reset(cairo_user_font_face_create());
+  cairo_user_font_face_set_init_func(face.font.get(), Measure);
+  cairo_user_font_face_set_render_glyph_func(face.font.get(), Render);
+  cairo_font_face_set_user_data(face.font.get(), &kOwner, &face, nullptr);
+  face.drawings = {{{}, kHalfSize}, {{}, blank_}};  // kLetterSize, kBlank
+}
+
+bool DrawnFont::IsDrawn(cairo_font_face_t* face) {
+  return face != nullptr && cairo_font_face_get_user_data(face, &kOwner) != nullptr;
+}
+
+bool DrawnFont::TakeFirstUse(cairo_font_face_t* face) {
+  auto* const drawn = static_cast<Face*>(cairo_font_face_get_user_data(face, &kOwner));
+  return drawn != nullptr && !std::exchange(drawn->used, true);
 }
 
 // Cairo cuts off what is farther from a glyph's origin than the font says its glyphs are wide and
@@ -56,8 +74,8 @@ cairo_status_t DrawnFont::Measure(cairo_scaled_font_t* /*font*/, cairo_t* /*cont
 cairo_status_t DrawnFont::Render(cairo_scaled_font_t* font, unsigned long glyph, cairo_t* context,
                                  cairo_text_extents_t* extents) noexcept {
   cairo_font_face_t* const face = cairo_scaled_font_get_font_face(font);
-  const auto* self = static_cast<const DrawnFont*>(cairo_font_face_get_user_data(face, &kOwner));
-  const GlyphDrawing& drawing = self->drawings_[glyph];
+  const auto* drawn = static_cast<const Face*>(cairo_font_face_get_user_data(face, &kOwner));
+  const GlyphDrawing& drawing = drawn->drawings[glyph];
   extents->x_advance = drawing.advance;
   InkBox ink;  // told to cairo, whose own estimate cuts off strokes
   for (const SqueezedGlyphs& part : drawing.parts) {

@@ -118,10 +118,11 @@ void LinePainter::DrawPlain(CellFont& font, std::string_view text, Cells column)
   const double cell = font.Cell().width * place_.size;
   const double baseline = place_.top + font.Baseline() * place_.size;
   double x = place_.left + column * cell;
-  if (!batch_.glyphs.empty() && batch_.font == font.DrawnBlank().font &&
+  // Blanks behind drawn glyphs are of the same font, so that a text of several words is of one.
+  if (!batch_.glyphs.empty() && DrawnFont::IsDrawn(batch_.font) &&
       text.find_first_not_of(' ') == std::string_view::npos) {
     for (std::size_t i = 0; i < text.size(); ++i, x += cell) {
-      Append(font.DrawnBlank(), x, baseline);
+      Append(" ", DrawnFont::kBlank, x, baseline);
     }
     return;
   }
@@ -148,14 +149,14 @@ void LinePainter::DrawShaped(CellFont& font, std::string_view text, Cells column
   const double y = place_.top + font.Baseline() * size;
   for (const CellGlyph& glyph : font.Shaped(text, cells, direction)) {
     Begin(glyph.font, glyph.matrix);
-    Append(glyph, x + glyph.x * size, y + glyph.y * size);
+    Append(glyph.text, glyph.index, x + glyph.x * size, y + glyph.y * size);
   }
 }
 
-void LinePainter::Append(const CellGlyph& glyph, double x, double y) {
-  batch_.text += glyph.text;
-  batch_.glyphs.push_back({glyph.index, x, y});
-  batch_.clusters.push_back({static_cast<int>(glyph.text.size()), 1});
+void LinePainter::Append(std::string_view text, std::uint32_t glyph, double x, double y) {
+  batch_.text += text;
+  batch_.glyphs.push_back({glyph, x, y});
+  batch_.clusters.push_back({static_cast<int>(text.size()), 1});
 }
 
 // A stroke through the line at `place`, in ems below the baseline; it stays in the line.
@@ -188,6 +189,12 @@ void LinePainter::Flush() {
   cairo_matrix_scale(&letters, place_.size, place_.size);
   cairo_set_font_face(context_, batch_.font);
   cairo_set_font_matrix(context_, &letters);
+  if (DrawnFont::TakeFirstUse(batch_.font)) {
+    cairo_glyph_t size = batch_.glyphs.front();
+    size.index = DrawnFont::kLetterSize;
+    const cairo_text_cluster_t one{1, 1};
+    cairo_show_text_glyphs(context_, " ", 1, &size, 1, &one, 1, cairo_text_cluster_flags_t{});
+  }
   cairo_show_text_glyphs(context_, batch_.text.data(), static_cast<int>(batch_.text.size()),
                          batch_.glyphs.data(), static_cast<int>(batch_.glyphs.size()),
                          batch_.clusters.data(), static_cast<int>(batch_.clusters.size()),

@@ -54,7 +54,7 @@ class LinePainter {
   void DrawStroke(const CellFont& font, double place, Cells column, Cells cells);
   void Begin(cairo_font_face_t* font, const cairo_matrix_t& matrix);
   void BeginPlain(const CellFont& font);
-  void Append(const CellGlyph& glyph, double x, double y);
+  void Append(std::string_view text, std::uint32_t glyph, double x, double y);
   void Flush();
 
   cairo_t* context_;

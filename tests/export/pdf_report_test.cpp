@@ -19,6 +19,7 @@ namespace {
 using testing::Contains;
 using testing::ErrorOf;
 using testing::InfoOf;
+using testing::LaidOutText;
 using testing::PdfPicture;
 using testing::PdfWord;
 using testing::RawText;
@@ -82,6 +83,27 @@ std::vector<std::pair<std::string, Cells>> WordsOfLine(const std::string& line) 
   return words;
 }
 
+TEST_F(PdfReportTest, MoreShapedLettersThanAFontOfAPdfHoldsAreReadAsTheyAreWritten) {
+  Lines lines;
+  std::string expected;
+  for (char32_t first = 0x0915; first <= 0x0939; ++first) {  // Devanagari ka to ha, in pairs
+    std::string line;
+    for (char32_t second = 0x0915; second <= 0x091f; ++second) {
+      for (const char32_t letter : {first, char32_t{0x094d}, second}) {
+        line.push_back(static_cast<char>(0xe0U | letter >> 12U));
+        line.push_back(static_cast<char>(0x80U | (letter >> 6U & 0x3fU)));
+        line.push_back(static_cast<char>(0x80U | (letter & 0x3fU)));
+      }
+      line += ' ';
+    }
+    line.pop_back();
+    lines.push_back(line);
+    expected += line + "\n";
+  }
+  Write({lines});
+  EXPECT_EQ(LaidOutText(Pdf()), expected);
+}
+
 TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
   const Lines lines = {
       "  ACME Traders                                   Page 1",
@@ -115,6 +137,12 @@ TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
       ++at;
     }
   }
+  std::string laid_out = " ";  // the first line begins further right
+  for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+    for (const auto& [text, column] : WordsOfLine(lines[i])) laid_out += text + ' ';
+    if (!lines[i].empty()) laid_out.back() = '\n';
+  }
+  EXPECT_EQ(LaidOutText(pdf_).substr(0, laid_out.size()), laid_out);
   EXPECT_NE(RawText(pdf_).find("bad \xef\xbf\xbd\xef\xbf\xbd end \xef\xbf\xbd."),
             std::string::npos);
 

@@ -41,6 +41,15 @@ inline std::string RawText(const std::filesystem::path& pdf) {
                             std::regex("[ \n]+"), " ");
 }
 
+/// The lines of one page that are not empty, as they lie on paper, with one blank between words.
+inline std::string LaidOutText(const std::filesystem::path& pdf, int page = 1) {
+  const std::string number = std::to_string(page);
+  const std::string text =
+      OutputOf("pdftotext -layout -f " + number + " -l " + number + " " + pdf.string() + " -");
+  return std::regex_replace(std::regex_replace(text, std::regex(" +"), " "),
+                            std::regex(" ?[\f\n]( ?[\f\n])*"), "\n");
+}
+
 struct PdfWord {
   double left = 0;  // points
   double top = 0;
