@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words|preview|search|pdf]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search|pdf|spool]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +8,8 @@ here="$root/benchmarks"
 "$root/scripts/setup.sh"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
-cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark
+cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark \
+  spool_benchmark
 build="$root/build/release"
 
 # Data and results lie on the memory file system, so that the disk takes no part.
@@ -99,6 +100,12 @@ pdf_benchmark() {
   rm "$work"/*.pdf "$work/r.rpt"
 }
 
-for name in "${@:-report layout words preview search pdf}"; do
+spool_benchmark() {
+  mkdir "$work/spool"
+  KELDLL_SPOOL="$build/keldll-spool" "$build/benchmarks/spool_benchmark" 10000 "$work/spool"
+  rm -r "$work/spool"
+}
+
+for name in "${@:-report layout words preview search pdf spool}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <span>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -24,29 +25,46 @@ namespace kel {
 
 namespace {
 
-// The wait window of one operation; it closes on every way out.
+// The work of one operation under its wait window, which closes on every way out. The window lets
+// events through, and with them a program's other jobs: those are refused meanwhile, for all jobs
+// of a thread share their files.
 class WaitScope {
  public:
   explicit WaitScope(const std::string& caption, std::optional<std::int32_t> min = std::nullopt,
-                     std::optional<std::int32_t> max = std::nullopt) {
-    SharedToolkit().ShowWait(false, caption, min, max);
-  }
+                     std::optional<std::int32_t> max = std::nullopt)
+      : WaitScope(false, caption, min, max) {}
   // A wait window with a Stop button.
-  static WaitScope Stoppable(const std::string& caption) { return {caption, true}; }
-  ~WaitScope() { SharedToolkit().UnloadWait(); }
+  static WaitScope Stoppable(const std::string& caption) {
+    return {true, caption, std::nullopt, std::nullopt};
+  }
+  ~WaitScope() {
+    SharedToolkit().UnloadWait();
+    Working() = false;
+  }
   WaitScope(const WaitScope&) = delete;
   WaitScope& operator=(const WaitScope&) = delete;
 
   // False once the user has pressed Stop. Work does not stop for want of a window.
-  bool Step() const { return SharedToolkit().StepWait() || !shown_; }
-
- private:
-  WaitScope(const std::string& caption, bool stop_button) {
-    SharedToolkit().ShowWait(stop_button, caption);
-    shown_ = SharedToolkit().StepWait(0);
+  bool Step() const {
+    SharedToolkit().StepWait();
+    return !SharedToolkit().WaitWasStopped();
   }
 
-  bool shown_ = false;
+ private:
+  WaitScope(bool stop_button, const std::string& caption, std::optional<std::int32_t> min,
+            std::optional<std::int32_t> max) {
+    if (Working()) {
+      throw Error(error_number::kInvalidProcedureCall,
+                  "another report is being prepared or printed: wait until that is done");
+    }
+    Working() = true;
+    SharedToolkit().ShowWait(stop_button, caption, min, max);
+  }
+
+  static bool& Working() {
+    thread_local bool working = false;
+    return working;
+  }
 };
 
 std::vector<Cells> WidthsOf(const Value& col_width) {
@@ -123,15 +141,18 @@ struct CPrint::Impl {
   void CopyPageRange(PageRange range);
   void PrintReport();
   void PrintKelFile();
+  std::filesystem::path WholeReport() const;
   // Prints a page file in the current mode. False when the user stopped it.
   bool PrintPages(const std::filesystem::path& file);
   void SendToPort(const std::filesystem::path& file);
-  bool SendToSystem(const std::filesystem::path& file, const std::string& title);
+  bool SendToSystem(const std::filesystem::path& file, Links links, const std::string& title);
   std::string Title() const;  // of the prepared report, for its print job
   void BuildPrintFiles();
   ReportSnapshot Snapshot() const;
   // The same, where there must be a report.
   ReportSnapshot Prepared() const;
+  // The same, which later jobs do not change.
+  ReportSnapshot Held() const;
 };
 
 template <typename Body>
@@ -229,7 +250,7 @@ void CPrint::PrintPreview(GridSource& Grid, std::optional<std::int32_t> Row1,
   impl_->Run("PrintPreview", [&] {
     impl_->PrepareWhenDue(Grid, {Row1, Col1, Row2, Col2}, AskStartPNo);
     const ShowStyle style = Style == 0 ? ShowStyle::kModeless : ShowStyle::kModal;
-    CurrentReportHost().windows->ShowPreview(impl_->Prepared(), style);
+    CurrentReportHost().windows->ShowPreview(impl_->Held(), style);
   });
 }
 
@@ -289,13 +310,21 @@ void CPrint::Impl::CopyPageRange(PageRange range) {
 }
 
 void CPrint::Impl::PrintReport() {
-  const std::filesystem::path file = range_copied ? RangeFile() : Snapshot().page_file;
+  const std::filesystem::path file = range_copied ? RangeFile() : WholeReport();
   range_copied = false;
   PrintPages(file);
 }
 
+// One that an earlier program left is a report, too.
+std::filesystem::path CPrint::Impl::WholeReport() const {
+  std::filesystem::path file = Snapshot().page_file;
+  std::error_code unreadable;
+  if (std::filesystem::exists(file, unreadable)) return file;
+  throw Error(error_number::kFileNotFound, "no report has been prepared");
+}
+
 bool CPrint::Impl::PrintPages(const std::filesystem::path& file) {
-  if (settings.mode != kTextMode) return SendToSystem(file, Title());
+  if (settings.mode != kTextMode) return SendToSystem(file, Links::kRefuse, Title());
   SendToPort(file);
   return true;
 }
@@ -316,9 +345,15 @@ void CPrint::Impl::SendToPort(const std::filesystem::path& file) {
   port.Send(job);
 }
 
+// For want of a title nothing stays unprinted.
 std::string CPrint::Impl::Title() const {
-  const ReportSnapshot report = Snapshot();
-  const std::string caption = CaptionOf(report.page_file, report.job);
+  std::string caption;
+  try {
+    const ReportSnapshot report = Snapshot();
+    caption = CaptionOf(report.page_file, report.job);
+  } catch (const Error&) {
+    caption.clear();
+  }
   return caption.empty() ? std::string(kApplicationTitle) : caption;
 }
 
@@ -326,10 +361,11 @@ void CPrint::Impl::BuildPrintFiles() {
   kel::BuildPrintFiles(TempFolder(), CodesFor(settings, *CurrentHost().settings), settings.port);
 }
 
-bool CPrint::Impl::SendToSystem(const std::filesystem::path& file, const std::string& title) {
+bool CPrint::Impl::SendToSystem(const std::filesystem::path& file, Links links,
+                                const std::string& title) {
   SystemPrinter& printer = Required(CurrentReportHost().system_printer, "printer");
   const WaitScope wait = WaitScope::Stoppable("Printing Pages...");
-  return PrintThroughSystem(file, title, settings, printer, [&] { return wait.Step(); });
+  return PrintThroughSystem(file, links, title, settings, printer, [&] { return wait.Step(); });
 }
 
 void CPrint::PrintReport() {
@@ -341,9 +377,9 @@ void CPrint::PrintKelFile() {
 }
 
 void CPrint::Impl::PrintKelFile() {
-  const std::filesystem::path file = Snapshot().page_file;
+  const std::filesystem::path file = WholeReport();
   if (settings.mode != kTextMode) {
-    SendToSystem(file, Title());
+    SendToSystem(file, Links::kRefuse, Title());
     return;
   }
   try {
@@ -357,7 +393,8 @@ void CPrint::Impl::PrintKelFile() {
 bool CPrint::FileToPrinter(const std::string& Filename) {
   bool printed = false;
   impl_->Run("FileToPrinter", [&] {
-    printed = impl_->SendToSystem(Filename, std::filesystem::path(Filename).filename().string());
+    printed = impl_->SendToSystem(Filename, Links::kFollow,
+                                  std::filesystem::path(Filename).filename().string());
   });
   return printed;
 }
@@ -376,9 +413,17 @@ ReportSnapshot CPrint::Impl::Prepared() const {
   return report;
 }
 
+ReportSnapshot CPrint::Impl::Held() const {
+  ReportSnapshot report = Prepared();
+  if (!report.held) report.held = HeldFile::Hold(report.page_file);
+  if (report.held) report.page_file = report.held->Path();
+  return report;
+}
+
 ReportSnapshot CPrint::Impl::Snapshot() const {
-  return prepared ? *prepared
-                  : ReportSnapshot{PathOrEmpty(PageFile), CurrentJob(), settings, col_width};
+  return prepared
+             ? *prepared
+             : ReportSnapshot{PathOrEmpty(PageFile), CurrentJob(), settings, col_width, nullptr};
 }
 
 std::string CPrint::GetKelFile() const { return PathOrEmpty(PageFile); }

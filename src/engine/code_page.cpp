@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "common/control_codes.h"
 #include "common/error.h"
 #include "common/text_cells.h"
 
@@ -54,6 +55,14 @@ bool IsInvalidByte(std::string_view grapheme) {
              0;
 }
 
+// ESC and a letter, or ESC, "-" and a digit.
+bool EndsInCode(std::string_view text) {
+  const auto is = [&](std::size_t from_end, char c) {
+    return text.size() >= from_end && text[text.size() - from_end] == c;
+  };
+  return is(1, kEsc) || is(2, kEsc) || (is(2, '-') && is(3, kEsc));
+}
+
 }  // namespace
 
 CodePage::CodePage(std::string_view name) {
@@ -86,8 +95,9 @@ void CodePage::AppendEncoded(std::string& out, std::string_view line) const {
       return static_cast<unsigned char>(c) >= kFirstByte;
     });
     auto plain = static_cast<std::size_t>(ascii_end - line.begin());
-    // A letter before a combining mark belongs to the grapheme.
-    if (plain > 0 && plain < line.size()) --plain;
+    // A letter before a combining mark belongs to the grapheme; the last character of a code does
+    // not.
+    if (plain > 0 && plain < line.size() && !EndsInCode(line.substr(0, plain))) --plain;
     if (IsNone()) plain = line.size();
     out.append(line.substr(0, plain));
     line.remove_prefix(plain);

@@ -11,6 +11,7 @@
 #include "common/control_codes.h"
 #include "common/error.h"
 #include "common/file.h"
+#include "common/number_text.h"
 #include "engine/page_file_reader.h"
 
 namespace kel {
@@ -39,6 +40,7 @@ constexpr std::array<SizeCode, 10> kSizeCodes = {{{"\x1b-8", 8},
 
 // Where none is set: text mode has no size of its own.
 constexpr float kDefaultPoints = 10;
+constexpr float kMostPoints = 1638;  // as font dialogs have it
 
 // No paper shows more of a line.
 constexpr std::size_t kMostLineBytes = std::size_t{1} << 16;
@@ -75,8 +77,17 @@ bool HoldsFormFeed(const std::filesystem::path& file) {
   return false;
 }
 
+float Points(const PrintSettings& settings) {
+  if (!(settings.font_size > 0)) return kDefaultPoints;
+  if (settings.font_size <= kMostPoints) return settings.font_size;
+  throw Error(error_number::kInvalidProcedureCall,
+              "cannot print at a font size of " + NumberText(settings.font_size) + ": at most " +
+                  NumberText(kMostPoints) + " points are possible");
+}
+
 // The first printer of that name; where there is none, the default one.
 std::string Chosen(const std::string& device, SystemPrinter& printer) {
+  if (device == kPdfPrinter) return device;  // it is there though no print server answers
   const std::vector<PrinterName> printers = printer.Printers();
   const bool there =
       std::any_of(printers.begin(), printers.end(),
@@ -148,17 +159,17 @@ bool Fill(PageFileReader& reader, SheetFiller& sheets, float points) {
 
 }  // namespace
 
-bool PrintThroughSystem(const std::filesystem::path& file, const std::string& title,
+bool PrintThroughSystem(const std::filesystem::path& file, Links links, const std::string& title,
                         const PrintSettings& settings, SystemPrinter& printer,
                         const std::function<bool()>& next_sheet) {
-  PageFileReader reader(file);
+  PageFileReader reader(file, links);
+  const float points = Points(settings);
   const bool flows = !HoldsFormFeed(file);
   DocumentSettings chosen = DocumentOf(title, settings);
   chosen.device = Chosen(settings.printer_device, printer);
   const std::unique_ptr<PrinterDocument> document = printer.Begin(chosen);
   if (!document) return false;
   SheetFiller sheets(*document, next_sheet, flows);
-  const float points = settings.font_size > 0 ? settings.font_size : kDefaultPoints;
   if (!Fill(reader, sheets, points)) return false;
   document->End();
   return true;

@@ -16,8 +16,8 @@ std::string_view WithoutCarriageReturn(std::string_view line) {
 
 }  // namespace
 
-PageFileReader::PageFileReader(const std::filesystem::path& path)
-    : file_(path, Links::kRefuse), block_(kBlockSize) {}
+PageFileReader::PageFileReader(const std::filesystem::path& path, Links links)
+    : file_(path, links), block_(kBlockSize) {}
 
 bool PageFileReader::GoToPage(PageNumber page, std::int32_t page_length,
                               std::span<const std::uint64_t> page_offsets) {

@@ -23,8 +23,8 @@ namespace kel {
 ///     while (reader.NextLine(line)) ...
 class PageFileReader {
  public:
-  /// Throws Error when the file cannot be opened.
-  explicit PageFileReader(const std::filesystem::path& path);
+  /// Throws Error when the file cannot be opened. Links are followed to a caller's own file only.
+  explicit PageFileReader(const std::filesystem::path& path, Links links = Links::kRefuse);
 
   /// Makes the first line of page `page` (counted from 1 in the file) the next one. Where the page
   /// stands is taken from `page_offsets` (the writer's) as far as these go; otherwise line ends are

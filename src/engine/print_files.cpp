@@ -1,5 +1,6 @@
 #include "engine/print_files.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -31,6 +32,13 @@ char Character(double number, std::string_view what) {
                 std::string(what) + " is not between 0 and 255");
   }
   return static_cast<char>(static_cast<unsigned char>(code));
+}
+
+bool MayStandInPort(char c) {
+  constexpr std::string_view kRefused = " \"'`&%";
+  constexpr char kDelete = '\x7f';
+  return static_cast<unsigned char>(c) >= ' ' && c != kDelete &&
+         kRefused.find(c) == std::string_view::npos;
 }
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
@@ -79,8 +87,16 @@ PrinterCodes CodesFor(const PrintSettings& settings, SettingsStore& store) {
   return {{kEsc, 'C', '\0', length, kEsc, code}, {kEsc, 'C', '\0', '\0', kEsc, '@'}};
 }
 
+void RequirePortName(std::string_view port) {
+  if (std::all_of(port.begin(), port.end(), MayStandInPort)) return;
+  throw Error(error_number::kPrinterError,
+              "cannot print to the port \"" + std::string(port) +
+                  "\": its name holds a blank, a quote, &, % or a control character");
+}
+
 void BuildPrintFiles(const fs::path& folder, const PrinterCodes& codes, std::string& port) {
   if (TrimBlanks(port).empty()) port = kDefaultPort;
+  RequirePortName(port);
   for (const auto& [path, bytes] : PrintFiles(folder, codes, port)) WriteWhole(path, bytes);
   for (const std::string_view name : kProgramInformation) {
     std::error_code ignored;  // the batch files run without them too

@@ -40,8 +40,13 @@ struct PrinterCodes {
 /// byte.
 PrinterCodes CodesFor(const PrintSettings& settings, SettingsStore& store);
 
+/// Throws Error 482 for a port whose name holds what a batch file cannot pass on: a blank, a quote,
+/// "&", "%" or a control character.
+void RequirePortName(std::string_view port);
+
 /// Writes the two code files, the two batch files and, where the template `_kelPRT.kel` stands in
-/// the folder, the two program information files. A blank `port` becomes "LPT1:". Throws Error.
+/// the folder, the two program information files. A blank `port` becomes "LPT1:". Throws Error, 482
+/// for a bad port name before anything is written.
 void BuildPrintFiles(const std::filesystem::path& folder, const PrinterCodes& codes,
                      std::string& port);
 

@@ -7,6 +7,7 @@
 
 #include "common/job_values.h"
 #include "common/value.h"
+#include "engine/held_file.h"
 #include "engine/page_range_entry.h"
 #include "engine/print_settings.h"
 #include "engine/printer_port.h"
@@ -14,13 +15,14 @@
 
 namespace kel {
 
-/// A prepared report as a preview holds it: a copy that later jobs do not change. The pages
-/// themselves stay in the file.
+/// A prepared report. The pages themselves stay in the file.
 struct ReportSnapshot {
   std::filesystem::path page_file;
   JobValues job;
   PrintSettings settings;
   Value col_width;
+  /// Keeps page_file as it is while later jobs are prepared; null where the file is the job's own.
+  std::shared_ptr<const HeldFile> held = nullptr;
 };
 
 /// How a window is shown: beside the caller's, or until it is closed. The published values of

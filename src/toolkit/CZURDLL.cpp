@@ -120,6 +120,7 @@ bool CZURDLL::MsgBox(const std::string& Prompt, int Buttons,
 void CZURDLL::ShowWait(bool STOPBUTTON, const std::optional<std::string>& Caption,
                        std::optional<std::int32_t> Min, std::optional<std::int32_t> Max) {
   last_error_.reset();
+  wait_stopped_ = false;
   Quietly([&] {
     if (!wait_) {
       wait_desktop_ = CurrentHost().desktop;
@@ -132,6 +133,7 @@ void CZURDLL::ShowWait(bool STOPBUTTON, const std::optional<std::string>& Captio
 bool CZURDLL::StepWait(std::int32_t STEP, const std::optional<std::string>& Caption) {
   return Guarded("DLL.StepWait", false, [&] {
     if (wait_ && wait_->Step(STEP, Caption)) return true;
+    if (wait_) wait_stopped_ = true;
     UnloadWait();
     return false;
   });

@@ -81,6 +81,8 @@ class CZURDLL {
   /// Advances the bar. False when no wait window is open: never shown, or stopped by the user.
   bool StepWait(std::int32_t STEP = 1, const std::optional<std::string>& Caption = std::nullopt);
   void UnloadWait();
+  /// True when the user has stopped the wait window that was opened last.
+  bool WaitWasStopped() const { return wait_stopped_; }
 
   /// Shows a note that closes by itself after `Interval` milliseconds.
   void Flash(const std::string& Message, const std::optional<std::string>& Subject = std::nullopt,
@@ -122,6 +124,7 @@ class CZURDLL {
   std::optional<Error> last_error_;
   std::shared_ptr<Desktop> wait_desktop_;  // of the wait window, which it has to outlive
   std::unique_ptr<WaitWindow> wait_;       // empty when none is shown
+  bool wait_stopped_ = false;
 };
 
 /// The toolkit of the library's own subsystems: one per thread, made at its first use, when it

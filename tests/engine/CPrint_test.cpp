@@ -205,7 +205,8 @@ TEST_F(CPrintTest, PreviewPreparesOnlyWhenItHasToAndHandsOutASnapshot) {
   ASSERT_EQ(windows->shown.size(), 1U);
   const auto& [first, style] = windows->shown[0];
   EXPECT_EQ(style, ShowStyle::kModal);
-  EXPECT_EQ(first.page_file, print.GetKelFile());
+  const std::string on_show = ReadFile(first.page_file);
+  EXPECT_EQ(on_show, ReadFile(print.GetKelFile()));
   EXPECT_EQ(std::tuple(first.job.page_count, first.job.page_length, first.settings.lines),
             std::tuple(print.Pages(), 18, 12));
   EXPECT_EQ(first.col_width, (Value::Array{5, 20}));
@@ -218,6 +219,7 @@ TEST_F(CPrintTest, PreviewPreparesOnlyWhenItHasToAndHandsOutASnapshot) {
   print.PrintPreview(grid, {}, {}, {}, {}, 0, true);
   EXPECT_EQ(windows->shown[2].first.job.page_length, 26);
   EXPECT_EQ(windows->shown[2].first.job.first_page, 7);
+  EXPECT_EQ(ReadFile(windows->shown[0].first.page_file), on_show) << "a later report is another";
   EXPECT_EQ(print.Pages(), print.CurrentPage() - 6);
   print.PrintPreview(grid, {}, {}, {}, {}, 0, true);
   EXPECT_EQ(CurrentJob().start_page_changed, false);
@@ -273,6 +275,23 @@ TEST_F(CPrintTest, PrintingTakesTheChosenPagesAndThenTheWholeReportAgain) {
   CurrentReportHost().printer_port = nullptr;
   print.PreparePrint(grid);
   EXPECT_EQ(print.LastError()->Number(), error_number::kPrinterError);
+}
+
+TEST_F(CPrintTest, WhileOneReportIsPrintedAnotherIsRefusedAndTheFirstIsWhole) {
+  CPrint print;
+  ASSERT_EQ(Prepare(print), 0);
+  print.Mode("WINDOWS");
+  CPrint other;
+  printer->on_sheet = [&] {
+    printer->on_sheet = nullptr;
+    Prepare(other);  // as a button of the program does while the wait window lets events through
+    EXPECT_TRUE(testing::Contains(*other.LastError(), "another report is being"));
+  };
+  print.PrintReport();
+  EXPECT_FALSE(print.LastError());
+  EXPECT_EQ(static_cast<std::int32_t>(printer->sheets.size()), print.Pages());
+  EXPECT_TRUE(printer->ended);
+  EXPECT_EQ(Prepare(other), 0);
 }
 
 TEST_F(CPrintTest, TextModeSendsSetUpPagesAndReset) {
@@ -331,12 +350,11 @@ TEST_F(CPrintTest, FileToPrinterTellsWhetherTheWholeFileWasSent) {
   EXPECT_EQ(printer->sheets.size(), 2U);
   EXPECT_FALSE(print.FileToPrinter(file.string() + "x"));
   EXPECT_EQ(print.LastError()->Number(), error_number::kFileNotFound);
-  desktop->answer = false;  // to the wait window's steps: Stop was pressed
-  EXPECT_TRUE(print.FileToPrinter(file.string())) << "no window ever came up";
+  fs::create_symlink(file, TempFolder() / "link.txt");
+  EXPECT_TRUE(print.FileToPrinter((TempFolder() / "link.txt").string()));
   int steps = 0;
-  desktop->answer = true;
   desktop->on_call = [&](std::string_view call) {
-    if (call.substr(0, 4) == "step") desktop->answer = ++steps < 3;
+    if (call.substr(0, 4) == "step") desktop->answer = ++steps < 2;  // then Stop is pressed
   };
   EXPECT_FALSE(print.FileToPrinter(file.string()));
   EXPECT_FALSE(print.LastError() || printer->ended);

@@ -42,8 +42,9 @@ TEST(PrintFiles, HoldFormLengthAndPitchOfTheSettings) {
     EXPECT_EQ(codes.set_up, set_up) << font << height;
     EXPECT_EQ(codes.reset, "\033C\0\0\033@"s);
   }
-  for (const auto& [font, height] : {std::pair("mine", 12.F), std::pair("10 cpi", 255.6F),
-                                     std::pair("10 cpi", -1.F), std::pair("10 cpi", std::nanf(""))}) {
+  for (const auto& [font, height] :
+       {std::pair("mine", 12.F), std::pair("10 cpi", 255.6F), std::pair("10 cpi", -1.F),
+        std::pair("10 cpi", std::nanf(""))}) {
     PrintSettings settings;
     settings.font = font;
     settings.page_height = height;
@@ -78,6 +79,10 @@ TEST(PrintFiles, AreWrittenByteForByteAndKnownToBeStale) {
   WriteFile(folder / "_kelPRT2.bat", "");
   EXPECT_FALSE(PrintFilesAreCurrent(folder.Path(), codes, port));
   EXPECT_EQ(ErrorOf([&] { BuildPrintFiles(folder / "absent", codes, port); }).Number(), 76);
+  const std::string before = ReadFile(folder / "_kelPRT1.bat");
+  port = "x\"\r\ndel q";
+  EXPECT_EQ(ErrorOf([&] { BuildPrintFiles(folder.Path(), codes, port); }).Number(), 482);
+  EXPECT_EQ(ReadFile(folder / "_kelPRT1.bat"), before);
 }
 
 TEST(CodePage, TurnsCharactersIntoThePrintersBytes) {
@@ -96,6 +101,13 @@ TEST(CodePage, TurnsCharactersIntoThePrintersBytes) {
        "\xff\x82|\x1b"
        "E\r\n"},  // no UTF-8; codes
       {"CP437", "e\xcc", "e\xcc"},
+      {"CP437",
+       "\x1b"
+       "E\u0301x\x1b"
+       "F\x1b-1\u093f\x1b-0",
+       "\x1b"
+       "Ex\x1b"
+       "F\x1b-1\x1b-0"},
   };
   for (const auto& [page, text, bytes] : cases) {
     std::string out;
@@ -114,7 +126,7 @@ class SystemPrinting : public ::testing::Test {
 
   bool Print(const std::string& text) {
     WriteFile(folder_ / "file.txt", text);
-    return PrintThroughSystem(folder_ / "file.txt", "Day Book", settings_, printer_,
+    return PrintThroughSystem(folder_ / "file.txt", Links::kRefuse, "Day Book", settings_, printer_,
                               [&] { return ++asked_ != stop_at_; });
   }
   static std::string Described(const PrintedLine& line) {
@@ -192,6 +204,9 @@ TEST_F(SystemPrinting, TheNamedPrinterElseTheDefaultOneGetsTheWholeFileOrNothing
   stop_at_ = asked_ + 2;
   EXPECT_FALSE(Print("a\n\x0c\nb\n\x0c\n"));
   EXPECT_FALSE(printer_.ended);
+  settings_.font_size = 1e6;
+  EXPECT_TRUE(Contains(ErrorOf([&] { Print("x"); }), "1638 points"));
+  settings_.font_size = 10;
   printer_.gives_file = false;
   EXPECT_FALSE(Print("x"));
   printer_.gives_file = true;

@@ -138,6 +138,10 @@ TEST_F(SpoolerPortTest, WhatFailsIsTold) {
     EXPECT_EQ(ErrorOf([&] { waiting_.Send(job); }).Number(), number) << port;
     EXPECT_FALSE(fs::exists(touched));
   }
+  fs::current_path(folder_.Path());
+  EXPECT_TRUE(Contains(ErrorOf([&] { waiting_.Send(Job("pages")); }), "no device path"))
+      << "a file of that name is not replaced";
+  fs::current_path("/");
   PortJob job = Job((folder_ / "port").string());
   job.code_page = "EBCDIC";
   EXPECT_TRUE(Contains(ErrorOf([&] { detached_.Send(job); }), "EBCDIC"));
@@ -183,7 +187,7 @@ TEST(PortTarget, PublishedPortsAreDevices) {
       EXPECT_TRUE(Contains(ErrorOf([&, name = port] { TargetOf(name); }), device)) << port;
     }
   }
-  EXPECT_EQ(TargetOf("./LPT1").file, "./LPT1");
+  EXPECT_EQ(TargetOf(" ./LPT1").file.filename(), "LPT1");
   EXPECT_EQ(TargetOf("queue:office").queue, "office");
   EXPECT_TRUE(Contains(ErrorOf([] { TargetOf("LPT0:"); }), "no device path"));
 }

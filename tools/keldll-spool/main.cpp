@@ -1,5 +1,8 @@
 // Sends one text-mode job to a printer port, for a program that does not wait for it.
 
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -7,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,14 +36,23 @@ Job ReadJob(const std::vector<std::string>& words) {
   return job;
 }
 
-// The host program's files are not held open while a printer is waited for.
-void CloseBehind(std::size_t last) {
-  const long most = ::sysconf(_SC_OPEN_MAX);
-  constexpr long kSensible = 4096;
-  for (long i = static_cast<long>(last) + 1; i < (most < 0 || most > kSensible ? kSensible : most);
-       ++i) {
-    ::close(static_cast<int>(i));
+// The host program's files and folder are not held while a printer is waited for.
+void LetGo(std::size_t last_part) {
+  std::vector<int> open;
+  for (const auto& entry : std::filesystem::directory_iterator("/dev/fd")) {
+    open.push_back(std::stoi(entry.path().filename().string()));
   }
+  for (const int descriptor : open) {
+    if (descriptor > static_cast<int>(last_part)) ::close(descriptor);
+  }
+  std::filesystem::current_path("/");
+}
+
+// A job that is waited for ends with the program that waits.
+void EndWithHost() {
+#ifdef __linux__
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+#endif
 }
 
 void Tell(int number, std::string_view description) {
@@ -64,8 +77,8 @@ int Run(const std::vector<std::string>& words) {
   const bool detached = words[kHow] == kDetached;
   bool told_elsewhere = false;
   try {
-    CloseBehind(kFirstPart + words.size() - kParts - 1);
-    if (detached) Detach();
+    LetGo(kFirstPart + words.size() - kParts - 1);
+    detached ? Detach() : EndWithHost();
     told_elsewhere = detached;
     Send(ReadJob(words));
     if (!detached) Tell(0, "");

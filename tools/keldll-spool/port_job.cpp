@@ -1,5 +1,6 @@
 #include "keldll-spool/port_job.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "common/file.h"
@@ -11,7 +12,17 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 18;
 
-// Lines are converted whole, as far as they are not longer than a block.
+// Up to the last line end or, in a line longer than a block, the last ASCII character.
+std::size_t WholeCharacters(std::string_view block) {
+  const std::size_t line_end = block.rfind('\n');
+  if (line_end != std::string_view::npos) return line_end + 1;
+  const auto ascii = std::find_if(block.rbegin(), block.rend(),
+                                  [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  // What follows a letter may be its combining mark: the letter stays with it.
+  const auto before = static_cast<std::size_t>(block.rend() - ascii);
+  return before > 1 ? before - 1 : block.size();
+}
+
 void WriteEncoded(OutputFile& port, InputFile& source, const CodePage& code_page) {
   std::string block;
   std::string encoded;
@@ -23,10 +34,10 @@ void WriteEncoded(OutputFile& port, InputFile& source, const CodePage& code_page
     block.resize(kept + kBlock);
     const std::size_t count = source.Read(std::span(block).subspan(kept));
     block.resize(kept + count);
-    const std::size_t line_end = block.rfind('\n');
-    if (count > 0 && line_end != std::string::npos) {
-      rest = block.substr(line_end + 1);
-      block.resize(line_end + 1);
+    if (count > 0) {
+      const std::size_t whole = WholeCharacters(block);
+      rest = block.substr(whole);
+      block.resize(whole);
     }
     encoded.clear();
     code_page.AppendEncoded(encoded, block);

@@ -39,11 +39,13 @@ void SendToQueue(const std::string& queue, const std::string& title,
     write(pipe);
   } catch (const Error&) {
     failure = std::current_exception();  // when lp has ended, what it says is the reason
+    lp.Stop();                           // or it would print the part that it has
   }
   job.in = Descriptor();
   const std::string said(TrimBlanks(CleanText(ReadToEnd(answer.out))));
-  if (!lp.Succeeded(said.empty())) Fail(queue, said.empty() ? "lp failed" : said);
-  if (failure) std::rethrow_exception(failure);
+  const bool taken = lp.Succeeded(said.empty());
+  if (failure && said.empty()) std::rethrow_exception(failure);
+  if (!taken) Fail(queue, said.empty() ? "lp failed" : said);
 }
 
 }  // namespace kel::spool

@@ -147,6 +147,7 @@ void ReportJob::Write(const ReportSnapshot& report, ReportOutputs& outputs) cons
 }
 
 void ReportJob::Print(const ReportSnapshot& report) const {
+  RefuseSource(report.settings.port, options_.source);
   CPrint print(report);
   print.PrintReport();
   RequireSuccess(print, "cannot print " + options_.source);

@@ -10,22 +10,18 @@
 #include "keldll/standard_streams.h"
 
 namespace kel::command {
-namespace {
 
-void RefuseSource(const Output& output, const std::string& source) {
+void RefuseSource(const std::string& written, const std::string& source) {
   std::error_code unreadable;  // then it is not there yet, or opening it tells what is wrong
-  if (!std::filesystem::equivalent(output.path, source, unreadable) || unreadable) return;
-  throw Error(error_number::kPermissionDenied,
-              output.path + ": the output is the report's own source");
+  if (!std::filesystem::equivalent(written, source, unreadable) || unreadable) return;
+  throw Error(error_number::kPermissionDenied, written + ": the output is the report's own source");
 }
-
-}  // namespace
 
 ReportOutputs::ReportOutputs(const ReportOptions& options) {
   bool standard_output = false;
   for (const Output& output : options.outputs) {
     if (output.kind != OutputKind::kStandardOutput) {
-      RefuseSource(output, options.source);
+      RefuseSource(output.path, options.source);
       targets_.push_back({output.kind, output.path, std::make_unique<OutputFile>(output.path)});
     } else if (!standard_output) {
       targets_.push_back({output.kind, output.path, nullptr});

@@ -13,6 +13,9 @@
 
 namespace kel::command {
 
+/// Throws Error 70 when what is to be written is the report's own source.
+void RefuseSource(const std::string& written, const std::string& source);
+
 /// All outputs of one job, opened together, written together and put in place together, so that
 /// the failure of one leaves the others' places as they were.
 class ReportOutputs {

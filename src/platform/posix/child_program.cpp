@@ -59,6 +59,10 @@ void ChildProgram::Start(std::vector<std::string> arguments) {
   throw Error::FromSystem(failure, "cannot start the program " + arguments.front());
 }
 
+void ChildProgram::Stop() {
+  if (child_ != -1) ::kill(child_, SIGTERM);
+}
+
 bool ChildProgram::Succeeded(bool unknown) {
   int status = 0;
   pid_t ended = -1;
@@ -71,13 +75,21 @@ bool ChildProgram::Succeeded(bool unknown) {
 
 Pipe MakePipe() {
   std::array<int, 2> ends{};
-  if (::pipe(ends.data()) == -1) throw Error::FromSystem(errno, "cannot make a pipe");
-  return {Moved(ends[0]), Moved(ends[1])};
+#ifdef __linux__
+  const int made = ::pipe2(ends.data(), O_CLOEXEC);  // no child of another thread gets them
+#else
+  const int made = ::pipe(ends.data());
+#endif
+  if (made == -1) throw Error::FromSystem(errno, "cannot make a pipe");
+  Descriptor out(ends[0]);
+  Descriptor in(ends[1]);
+  return {Moved(std::move(out)), Moved(std::move(in))};
 }
 
-Descriptor Moved(int number) {
-  const Descriptor low(number);
-  return Descriptor(::fcntl(number, F_DUPFD_CLOEXEC, kFirstFree));
+Descriptor Moved(Descriptor low) {
+  Descriptor high(::fcntl(low.Get(), F_DUPFD_CLOEXEC, kFirstFree));
+  if (!high.IsOpen()) throw Error::FromSystem(errno, "cannot keep a file open");
+  return high;
 }
 
 std::string ReadToEnd(const Descriptor& pipe) {

@@ -26,6 +26,7 @@ class ChildProgram {
   /// The first of `arguments` is the program, by its path or by a name that is looked for in PATH.
   /// Throws Error when it cannot be started.
   void Start(std::vector<std::string> arguments);
+  void Stop();
   /// Waits for the end. True when the program says that it has succeeded; a host that ignores its
   /// children's ends never knows, and gets `unknown`.
   bool Succeeded(bool unknown);
@@ -43,8 +44,9 @@ struct Pipe {
 
 /// Throws Error when there is none to be had.
 Pipe MakePipe();
-/// The same open file, under a number above those that a child program finds its files at.
-Descriptor Moved(int number);
+/// The same open file, under a number above those that a child program finds its files at. Throws
+/// Error when there are too many open files.
+Descriptor Moved(Descriptor low);
 /// Reads until the other end is closed.
 std::string ReadToEnd(const Descriptor& pipe);
 

@@ -1,27 +1,20 @@
 #include "platform/posix/port_target.h"
 
-#include <algorithm>
 #include <cctype>
 #include <optional>
 #include <system_error>
 
 #include "common/error.h"
+#include "common/text_cells.h"
+#include "engine/print_files.h"
 #include "engine/printer_port.h"
 
 namespace kel {
 namespace {
 
-constexpr char kDelete = '\x7f';
-
 [[noreturn]] void Refuse(std::string_view port, const char* why) {
   throw Error(error_number::kPrinterError,
               "cannot print to the port \"" + std::string(port) + "\": " + why);
-}
-
-bool MayStandInPort(char c) {
-  constexpr std::string_view kRefused = " \"'`&%";
-  return static_cast<unsigned char>(c) >= ' ' && c != kDelete &&
-         kRefused.find(c) == std::string_view::npos;
 }
 
 std::string UpperCase(std::string_view text) {
@@ -52,6 +45,12 @@ bool Exists(const std::filesystem::path& file) {
   return std::filesystem::exists(file, unreadable);
 }
 
+// A device or a FIFO.
+bool IsStream(const std::filesystem::path& file) {
+  std::error_code unreadable;
+  return std::filesystem::is_other(file, unreadable);
+}
+
 bool IsDevice(const std::filesystem::path& file) {
   constexpr std::string_view kDevices = "/dev/";
   return file.native().substr(0, kDevices.size()) == kDevices;
@@ -59,24 +58,23 @@ bool IsDevice(const std::filesystem::path& file) {
 
 }  // namespace
 
-PortTarget TargetOf(std::string_view port) {
-  if (!std::all_of(port.begin(), port.end(), MayStandInPort)) {
-    Refuse(port, "its name holds a blank, a quote, &, % or a control character");
-  }
+PortTarget TargetOf(std::string_view name) {
+  const std::string_view port = TrimBlanks(name);
+  RequirePortName(port);
   if (port.substr(0, kQueuePrefix.size()) == kQueuePrefix) {
     const std::string_view queue = port.substr(kQueuePrefix.size());
     if (queue.empty()) Refuse(port, "it names no print queue");
     return {{}, std::string(queue)};
   }
   const std::optional<std::string> device = PublishedPort(port);
-  PortTarget target{device.value_or(std::string(port)), {}};
-  if (port.find('/') == std::string_view::npos && !device && !Exists(target.file)) {
+  const std::filesystem::path file(device.value_or(std::string(port)));
+  if (port.find('/') == std::string_view::npos && !device && !IsStream(file)) {
     Refuse(port, "it is no device path, no LPT1: and no queue:NAME");
   }
-  if (IsDevice(target.file) && !Exists(target.file)) {
-    Refuse(port, ("this computer has no " + target.file.string()).c_str());
+  if (IsDevice(file) && !Exists(file)) {
+    Refuse(port, ("this computer has no " + file.string()).c_str());
   }
-  return target;
+  return {std::filesystem::absolute(file), {}};
 }
 
 }  // namespace kel

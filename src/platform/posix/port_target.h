@@ -15,11 +15,10 @@ struct PortTarget {
 };
 
 /// Reads a port: "queue:NAME"; "LPT1:" to "LPT9:" and "PRN" (/dev/lp0 and on), "COM1:" to "COM9:"
-/// (/dev/ttyS0 and on), in any case and with or without the colon; otherwise the path of a file. A
-/// path without a folder, and a device, must exist, so that a mistyped name does not become a file
-/// somewhere.
-/// Throws Error 482 for a name with a blank, a quote, "&", "%" or a control character, none of
-/// which every system's batch files could pass on, and for one that is no port.
+/// (/dev/ttyS0 and on), in any case and with or without the colon; otherwise the path of a file,
+/// which becomes absolute. A device must exist, and a name without a folder must be one of a device
+/// or FIFO, so that a mistyped name does not become, or replace, a file somewhere. Throws Error 482
+/// as RequirePortName does, and for a name that is no port.
 PortTarget TargetOf(std::string_view port);
 
 }  // namespace kel

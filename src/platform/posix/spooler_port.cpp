@@ -24,11 +24,9 @@ namespace {
 namespace fs = std::filesystem;
 
 Descriptor OpenPart(const fs::path& file) {
-  const int opened = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-  if (opened == -1) throw Error::FromSystem(errno, "cannot print " + file.string());
-  Descriptor part = Moved(opened);
-  if (part.Get() == -1) throw Error::FromSystem(errno, "cannot print " + file.string());
-  return part;
+  Descriptor part(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+  if (!part.IsOpen()) throw Error::FromSystem(errno, "cannot print " + file.string());
+  return Moved(std::move(part));
 }
 
 void RequireSent(const std::string& report) {

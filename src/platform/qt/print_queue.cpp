@@ -11,6 +11,7 @@ namespace {
 // The print system's own command, described in POSIX; so a queue is reached as every program of the
 // user reaches it, and a refusal comes with its reason.
 constexpr const char* kCommand = "lp";
+constexpr int kMostWaiting = 120'000;  // milliseconds; a long document goes to a far server in it
 
 [[noreturn]] void Fail(const QString& queue, const QString& reason) {
   throw Error(error_number::kPrinterError,
@@ -43,7 +44,11 @@ void SendToQueue(const QString& file, const QString& queue, const QString& title
   if (!command.waitForStarted()) {
     Fail(queue, QStringLiteral("the program lp, of the print system, is not installed"));
   }
-  command.waitForFinished(-1);
+  if (!command.waitForFinished(kMostWaiting)) {
+    command.kill();
+    command.waitForFinished(-1);
+    Fail(queue, QStringLiteral("the print server does not answer"));
+  }
   if (command.exitStatus() != QProcess::NormalExit || command.exitCode() != 0) {
     Fail(queue, Reason(command));
   }
