@@ -40,7 +40,6 @@ void frmDec::AddFields() {
   cmbFont_->setInsertPolicy(QComboBox::NoInsert);
   cmbFont_->setCompleter(nullptr);  // it would make 10 cpi of a typed 1
   cmbFont_->setMinimumContentsLength(kNameCharacters);
-  cmbFont_->lineEdit()->setPlaceholderText("10 cpi");
   cmbFont_->setAccessibleName(tr("Characters per inch"));
   Init_->setObjectName("Init");
   Init_->setAccessibleName(tr("Decimal code"));

@@ -34,6 +34,10 @@ QRadioButton* ModeButton(const char* name, const QString& caption, const QString
   return button;
 }
 
+CellSize CellOf(const SetupValues& values) {
+  return values.text_mode ? TextModeCell(values.character_set) : FontCell(values.font);
+}
+
 }  // namespace
 
 frmSetup::frmSetup()
@@ -53,7 +57,7 @@ frmSetup::frmSetup()
   printer_->ListSets();
   ShowValues();
   connect(page_, &SetupPage::SizeChanged, this, &frmSetup::ShowCapacity);
-  connect(printer_, &SetupPrinter::CellChanged, this, &frmSetup::ShowCapacity);
+  connect(printer_, &SetupPrinter::RoomChanged, this, &frmSetup::ShowCapacity);
   connect(OptDOS_, &QRadioButton::toggled, this, &frmSetup::ChooseMode);
   (values_.text_mode ? OptDOS_ : OptWindows_)->setFocus();
 }
@@ -104,18 +108,13 @@ void frmSetup::ShowValues() {
 void frmSetup::ShowCapacity() {
   SetupValues shown = values_;
   page_->TakeInto(shown);
-  page_->ShowCapacity(CapacityOf(shown, Cell()));
+  printer_->TakeInto(shown);
+  page_->ShowCapacity(CapacityOf(shown, CellOf(shown)));
 }
 
 void frmSetup::Take() {
   page_->TakeInto(values_);
   printer_->TakeInto(values_);
-}
-
-CellSize frmSetup::Cell() const {
-  SetupValues shown = values_;
-  printer_->TakeInto(shown);
-  return shown.text_mode ? TextModeCell(shown.character_set) : FontCell(shown.font);
 }
 
 void frmSetup::PutDefaultValues() {
@@ -126,8 +125,8 @@ void frmSetup::PutDefaultValues() {
 
 void frmSetup::Save() {
   Take();
-  if (const auto fault = FindFault(values_, Cell())) return Tell(*fault);
-  if (TellFailure([this] { SaveSetup(Store(), values_, Cell()); })) accept();
+  if (const auto fault = FindFault(values_, CellOf(values_))) return Tell(*fault);
+  if (TellFailure([this] { SaveSetup(Store(), values_, CellOf(values_)); })) accept();
 }
 
 void frmSetup::Tell(const SetupFault& fault) {

@@ -29,7 +29,6 @@ class frmSetup : public EntryDialog {
   void ShowValues();
   void ShowCapacity();
   void Take();
-  CellSize Cell() const;
   void PutDefaultValues();
   void Save();
   void Tell(const SetupFault& fault);

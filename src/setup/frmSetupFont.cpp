@@ -15,13 +15,6 @@ namespace {
 
 constexpr int kStep = 8;  // of the space between controls, in pixels at 100 %
 constexpr double kTwipsPerPoint = 20;
-constexpr double kUsualPoints = 10;
-constexpr double kMostPoints = 1000;
-
-// A stored size that is no size prints as the usual one.
-double PointsOf(const PrintFont& font) {
-  return font.points > 0 && font.points <= kMostPoints ? font.points : kUsualPoints;
-}
 
 QFont WithFlags(QFont font, const FontFlags& flags) {
   font.setBold(flags.bold);
@@ -33,7 +26,7 @@ QFont WithFlags(QFont font, const FontFlags& flags) {
 
 QFont ToQFont(const PrintFont& font) {
   QFont result(QString::fromStdString(font.name));
-  result.setPointSizeF(PointsOf(font));
+  result.setPointSizeF(font.points);
   return WithFlags(result, font.flags);
 }
 
@@ -50,7 +43,7 @@ QString Description(const PrintFont& font) {
 // Measured with one pixel for a twip: free of the screen's resolution.
 CellSize FontCell(const PrintFont& font) {
   QFont measured = ToQFont(font);
-  measured.setPixelSize(static_cast<int>(std::lround(PointsOf(font) * kTwipsPerPoint)));
+  measured.setPixelSize(static_cast<int>(std::lround(font.points * kTwipsPerPoint)));
   const QFontMetricsF metrics(measured);
   return {std::round(metrics.horizontalAdvance('0')), std::round(metrics.lineSpacing())};
 }
@@ -88,15 +81,18 @@ void SetupFont::Show(const PrintFont& font) {
 }
 
 void SetupFont::Choose() {
-  // The dialog would begin with any font when the named one is not there.
+  // The dialog would begin with any font when the named one is not there. Whoever changes nothing
+  // keeps the name.
   QFont stands_in = ToQFont(font_);
   stands_in.setFamily(QFontInfo(stands_in).family());
   QFontDialog dialog(stands_in, this);
   dialog.setObjectName("QFontDialog");
-  if (dialog.exec() != QDialog::Accepted) return;
+  bool touched = false;
+  connect(&dialog, &QFontDialog::currentFontChanged, this, [&] { touched = true; });
+  if (dialog.exec() != QDialog::Accepted || !touched) return;
   const QFont chosen = dialog.selectedFont();
   PrintFont font = font_;
-  if (chosen.family() != stands_in.family()) font.name = chosen.family().toStdString();
+  font.name = chosen.family().toStdString();
   font.points = chosen.pointSizeF() > 0 ? chosen.pointSizeF() : QFontInfo(chosen).pointSizeF();
   font.flags = {chosen.bold(), chosen.italic(), chosen.underline(), chosen.strikeOut()};
   Show(font);

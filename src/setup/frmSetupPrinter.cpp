@@ -58,9 +58,10 @@ QWidget* SideBySide(std::initializer_list<QWidget*> controls) {
 
 SetupPrinter::SetupPrinter(const SetupValues& values, std::vector<PrinterName> printers)
     : printers_(std::move(printers)),
+      own_port_(QString::fromStdString(values.port)),
       rows_(new QFormLayout(this)),
       cmbPrinter_(NamedCombo("cmbPrinter")),
-      lbl_(new QLineEdit(QString::fromStdString(values.port))),
+      lbl_(new QLineEdit(own_port_)),
       cmbFont_(NamedCombo("cmbFont")),
       cmbCodePage_(NamedCombo("cmbCodePage")),
       font_(new SetupFont),
@@ -92,11 +93,17 @@ void SetupPrinter::AddPrinters(const SetupValues& values) {
     cmbPrinter_->addItem(QString::fromStdString(name.device));
   }
   cmbPrinter_->setCurrentIndex(cmbPrinter_->findText(QString::fromStdString(values.printer)));
-  connect(cmbPrinter_, &QComboBox::activated, this, &SetupPrinter::ShowPortOf);
+  const PrinterName stored{values.printer, values.port};
+  connect(cmbPrinter_, &QComboBox::currentIndexChanged, this,
+          [this, stored](int printer) { ShowPortOf(printer, stored); });
+  connect(lbl_, &QLineEdit::textEdited, this, [this](const QString& typed) { own_port_ = typed; });
 }
 
-void SetupPrinter::ShowPortOf(int printer) {
-  lbl_->setText(QString::fromStdString(printers_.at(static_cast<std::size_t>(printer)).port));
+void SetupPrinter::ShowPortOf(int printer, const PrinterName& stored) {
+  const PrinterName& chosen = printers_.at(static_cast<std::size_t>(printer));
+  const std::string& port = chosen.device == stored.device ? stored.port : chosen.port;
+  const bool told = kPortIsFixed || chosen.device == stored.device || !port.empty();
+  lbl_->setText(told ? QString::fromStdString(port) : own_port_);
 }
 
 void SetupPrinter::AddTextModeRows(const QString& stored_code_page) {
@@ -109,7 +116,7 @@ void SetupPrinter::AddTextModeRows(const QString& stored_code_page) {
   auto* const edit = new Button(tr("&Edit Sets..."));
   edit->setObjectName("cmdSets");
   connect(edit, &Button::clicked, this, &SetupPrinter::EditSets);
-  connect(cmbFont_, &QComboBox::currentTextChanged, this, &SetupPrinter::CellChanged);
+  connect(cmbFont_, &QComboBox::currentTextChanged, this, &SetupPrinter::RoomChanged);
   AddRow(*rows_, tr("Character &set:"), SideBySide({cmbFont_, edit}), cmbFont_);
   AddRow(*rows_, tr("Printer's code pa&ge:"), SideBySide({cmbCodePage_}), cmbCodePage_);
 }
@@ -117,7 +124,8 @@ void SetupPrinter::AddTextModeRows(const QString& stored_code_page) {
 void SetupPrinter::AddWindowsRows() {
   OptPortrait_->setObjectName("OptPortrait");
   OptLandscape_->setObjectName("OptLandscape");
-  connect(font_, &SetupFont::Changed, this, &SetupPrinter::CellChanged);
+  connect(font_, &SetupFont::Changed, this, &SetupPrinter::RoomChanged);
+  connect(OptPortrait_, &QRadioButton::toggled, this, &SetupPrinter::RoomChanged);
   AddRow(*rows_, tr("Fo&nt:"), font_, font_->ChooseButton());
   AddRow(*rows_, tr("Ori&entation:"), SideBySide({OptPortrait_, OptLandscape_}), OptPortrait_);
 }
@@ -131,17 +139,29 @@ void SetupPrinter::EditSets() {
 
 void SetupPrinter::ListSets() {
   const QString chosen = cmbFont_->currentText();
+  const bool listed = cmbFont_->currentIndex() < listed_sets_;
   const std::vector<CharacterSet> sets = ListCharacterSets(*CurrentHost().settings);
   cmbFont_->clear();
   for (const CharacterSet& set : sets) cmbFont_->addItem(QString::fromStdString(set.name));
-  cmbFont_->setCurrentIndex(cmbFont_->findText(chosen));
+  listed_sets_ = cmbFont_->count();
+  if (listed) {
+    cmbFont_->setCurrentIndex(cmbFont_->findText(chosen));
+  } else {
+    ChooseSet(chosen);
+  }
+}
+
+// One that is not stored is printed with the usual code.
+void SetupPrinter::ChooseSet(const QString& name) {
+  if (!name.isEmpty() && cmbFont_->findText(name) < 0) cmbFont_->addItem(name);
+  cmbFont_->setCurrentIndex(cmbFont_->findText(name));
 }
 
 void SetupPrinter::Show(const SetupValues& values) {
   for (int row = kFirstTextModeRow; row < kRows; ++row) {
     rows_->setRowVisible(row, values.text_mode == (row < kFirstWindowsRow));
   }
-  cmbFont_->setCurrentIndex(cmbFont_->findText(QString::fromStdString(values.character_set)));
+  ChooseSet(QString::fromStdString(values.character_set));
   cmbCodePage_->setCurrentIndex(
       cmbCodePage_->findText(QString::fromStdString(values.code_page), Qt::MatchFixedString));
   font_->Show(values.font);

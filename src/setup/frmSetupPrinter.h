@@ -15,15 +15,16 @@
 namespace kel {
 
 /// cmbPrinter and its port; below, in text mode the character set and the printer's code page, in
-/// Windows mode font and orientation. A stored printer, port or code page that is not there is kept
-/// and shown.
+/// Windows mode font and orientation. A stored printer, port, character set or code page that is not
+/// there is kept and shown.
 class SetupPrinter : public QWidget {
   Q_OBJECT
 
  public:
   SetupPrinter(const SetupValues& values, std::vector<PrinterName> printers);
 
-  /// Lists the stored character sets; the chosen one stays chosen if it is still there.
+  /// Lists the stored character sets; the chosen one stays chosen unless it was listed and is not
+  /// there any more.
   void ListSets();
   void Show(const SetupValues& values);
   void TakeInto(SetupValues& values) const;
@@ -31,17 +32,20 @@ class SetupPrinter : public QWidget {
   QWidget& FontControl(const SetupValues& values) const;
 
  signals:
-  /// Another character set or font is chosen.
-  void CellChanged();
+  /// Another character set, font or orientation is chosen.
+  void RoomChanged();
 
  private:
   void AddPrinters(const SetupValues& values);
-  void ShowPortOf(int printer);
+  void ShowPortOf(int printer, const PrinterName& stored);
   void AddTextModeRows(const QString& stored_code_page);
   void AddWindowsRows();
   void EditSets();
+  void ChooseSet(const QString& name);
 
   std::vector<PrinterName> printers_;
+  QString own_port_;     // stored or typed, not told by a printer
+  int listed_sets_ = 0;  // the first items of cmbFont_; one that is not stored stands behind
   QFormLayout* rows_;  // children
   QComboBox* cmbPrinter_;
   QLineEdit* lbl_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "common/numeric_value.h"
 
@@ -15,7 +14,6 @@ constexpr double kUsualPitch = 10;     // characters per inch
 constexpr double kUsualHeight = 12;    // inches
 constexpr double kHeightAllowance = 0.15;
 constexpr double kWidthAllowance = 0.5;
-constexpr double kMostCells = std::numeric_limits<std::int16_t>::max();
 
 // The room is taken in whole twips, and a hair more of them, or binary fractions of an inch would
 // now and then cost the last cell.
@@ -23,7 +21,7 @@ std::int32_t CellsIn(double inches, double cell) {
   constexpr double kHair = 1e-6;
   const double room = std::nearbyint(inches * kTwipsPerInch) + kHair;
   return static_cast<std::int32_t>(
-      std::clamp(std::floor(room / std::max(cell, 1.)), 0., kMostCells));
+      std::clamp(std::floor(room / std::max(cell, 1.)), 0., double{kMostCells}));
 }
 
 }  // namespace

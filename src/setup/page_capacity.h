@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -23,11 +24,14 @@ struct PageCapacity {
   bool operator==(const PageCapacity&) const = default;
 };
 
+/// The most lines or columns that a 16-bit setting holds.
+inline constexpr std::int32_t kMostCells = std::numeric_limits<std::int16_t>::max();
+
 /// The page height in inches that a typed one stands for: 12 when it is empty or zero.
 double PageHeightOf(std::string_view typed);
 
 /// The whole cells that fit on a page of so many inches, after an allowance of 0.15 inch in height
-/// and 0.5 inch in width. Never negative, nor more than a 16-bit setting holds.
+/// and 0.5 inch in width. Never negative, nor more than kMostCells.
 PageCapacity CapacityOf(double page_height, double page_width, const CellSize& cell);
 
 /// What the setup window says of it.

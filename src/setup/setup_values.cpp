@@ -24,6 +24,7 @@ constexpr std::string_view kWindowsMode = "WINDOWS";
 constexpr double kLeastOuterMargin = 1;  // of top and bottom: the last bottom line ends the page
 constexpr double kLongestPage = 255;     // inches; the printer is told the length in one byte
 constexpr double kMost = std::numeric_limits<std::int16_t>::max();
+constexpr double kMostPoints = 1000;  // of a font that is measured and shown
 
 constexpr std::array<std::string_view, kPageFields> kPageKeys = {
     "TopMargin", "BottomMargin", "LeftMargin", "RightMargin", "PageHeight", "PageWidth", "Lines"};
@@ -46,10 +47,18 @@ std::string DefaultText(std::string_view section, std::string_view key) {
   return std::string(FindStoredSetting(section, key)->fallback);
 }
 
+// The stored text, or the default.
 std::string StoredText(SettingsStore& store, std::string_view section, std::string_view key) {
   const StoredSetting& setting = *FindStoredSetting(section, key);
   std::string text = store.Read(section, key, setting.fallback);
   return FitsType(text, setting.type) ? text : std::string(setting.fallback);
+}
+
+double DefaultPoints() { return ExVal(DefaultText(kWindowsSection, "FontSize")); }
+
+double StoredPoints(SettingsStore& store) {
+  const double points = ExVal(StoredText(store, kWindowsSection, "FontSize"));
+  return points > 0 && points <= kMostPoints ? points : DefaultPoints();
 }
 
 PageTexts StoredPage(SettingsStore& store, std::string_view section) {
@@ -75,8 +84,7 @@ SetupValues LoadSetup(SettingsStore& store) {
   values.character_set = StoredText(store, kTextModeSection, "Font");
   values.code_page = store.Read(kTextModeSection, kCodePageKey, CodePage::Names().front());
   values.text_page = StoredPage(store, kTextModeSection);
-  values.font = {stored.font, ExVal(StoredText(store, kWindowsSection, "FontSize")),
-                 stored.font_flags, stored.fore_color};
+  values.font = {stored.font, StoredPoints(store), stored.font_flags, stored.fore_color};
   values.portrait = stored.portrait;
   values.windows_page = StoredPage(store, kWindowsSection);
   return values;
@@ -91,15 +99,17 @@ void PutDefaults(SetupValues& values) {
   if (values.text_mode) {
     values.character_set = DefaultText(kTextModeSection, "Font");
   } else {
-    values.font.name = DefaultText(kWindowsSection, "Font");
-    values.font.points = ExVal(DefaultText(kWindowsSection, "FontSize"));
-    values.font.flags = {};
+    values.font = {DefaultText(kWindowsSection, "Font"), DefaultPoints(), {}, 0};
   }
 }
 
 PageCapacity CapacityOf(const SetupValues& values, const CellSize& cell) {
   const PageTexts& page = values.Page();
-  return CapacityOf(PageHeightOf(page[PageField::kHeight]), ExVal(page[PageField::kWidth]), cell);
+  double height = PageHeightOf(page[PageField::kHeight]);
+  double width = ExVal(page[PageField::kWidth]);
+  // A line printer feeds its paper one way; a sheet is typed upright and printed turned.
+  if (!values.text_mode && !values.portrait) std::swap(height, width);
+  return CapacityOf(height, width, cell);
 }
 
 namespace {
@@ -166,6 +176,11 @@ class SettingsChange {
     Write(section, key, flag ? "True" : "False");
   }
 
+  bool Fits(std::string_view section, std::string_view key) {
+    const StoredSetting& setting = *FindStoredSetting(section, key);
+    return FitsType(store_.Read(section, key, setting.fallback), setting.type);
+  }
+
   void Undo() noexcept {
     for (; !before_.empty(); before_.pop_back()) PutBack(before_.back());
   }
@@ -199,6 +214,9 @@ void WritePage(SettingsChange& change, std::string_view section, const SetupValu
 void WriteTextMode(SettingsChange& change, const SetupValues& values) {
   change.Write(kTextModeSection, "Font", values.character_set);
   change.Write(kTextModeSection, kCodePageKey, values.code_page);
+  // Read in text mode, too, but left alone there unless it cannot be read.
+  if (change.Fits(kWindowsSection, "Portrait")) return;
+  change.WriteFlag(kWindowsSection, "Portrait", values.portrait);
 }
 
 void WriteWindowsMode(SettingsChange& change, const SetupValues& values) {

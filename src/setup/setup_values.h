@@ -32,7 +32,7 @@ class PageTexts {
 /// The font of Windows mode.
 struct PrintFont {
   std::string name;
-  double points = 0;
+  double points = 0;  // above 0, at most 1000
   FontFlags flags;
   std::int32_t fore_color = 0;  // OLE colour
 };
@@ -60,14 +60,16 @@ struct SetupValues {
   const PageTexts& Page() const { return text_mode ? text_page : windows_page; }
 };
 
-/// The stored values; the published default where a key is absent or does not fit its type. Throws
-/// Error when the store cannot be read.
+/// The stored values; the published default where a key is absent or does not fit its type, or a
+/// font size is none. Throws Error when the store cannot be read.
 SetupValues LoadSetup(SettingsStore& store);
 
-/// Puts the default page, character set or font, and date and time into the chosen mode.
+/// Puts the default page, character set or font with its colour, and date and time into the chosen
+/// mode.
 void PutDefaults(SetupValues& values);
 
-/// What fits on the page of the chosen mode. `cell` is that of its character set or font.
+/// What fits on the page of the chosen mode; in Windows mode and landscape, its width and height
+/// change places. `cell` is that of its character set or font.
 PageCapacity CapacityOf(const SetupValues& values, const CellSize& cell);
 
 /// What keeps the values of the chosen mode from being saved.
@@ -79,7 +81,8 @@ struct SetupFault {
 /// The first fault; nothing when all is well.
 std::optional<SetupFault> FindFault(const SetupValues& values, const CellSize& cell);
 
-/// Saves the chosen mode and its settings and rebuilds the text-mode print files. Throws Error when
+/// Saves the chosen mode and its settings and rebuilds the text-mode print files. Whatever the mode
+/// reads can be read afterwards. Throws Error when
 /// the store or the files cannot be written; the settings from before are put back then, as far as
 /// the store lets that happen. REQUIRES that there is no fault.
 void SaveSetup(SettingsStore& store, const SetupValues& values, const CellSize& cell);

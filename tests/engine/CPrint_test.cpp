@@ -201,8 +201,11 @@ TEST_F(CPrintTest, PreviewPreparesOnlyWhenItHasToAndHandsOutASnapshot) {
   CPrint print;
   print.ColWidth(Value::Array{5, 20});
   print.Lines(12);
+  const fs::path left_over = TempFolder() / "_kelHeld1.rpt";
+  testing::WriteFile(left_over, "of a killed process");
   print.PrintPreview(grid, 0, 0, 39, 1, 1);
   ASSERT_EQ(windows->shown.size(), 1U);
+  EXPECT_FALSE(fs::exists(left_over) && ReadFile(left_over) == "of a killed process");
   const auto& [first, style] = windows->shown[0];
   EXPECT_EQ(style, ShowStyle::kModal);
   const std::string on_show = ReadFile(first.page_file);
