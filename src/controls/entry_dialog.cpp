@@ -1,14 +1,20 @@
 #include "controls/entry_dialog.h"
 
 #include <QKeyEvent>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "controls/top_window.h"
 
 namespace kel {
 namespace {
 
-constexpr int kStep = 8;     // of the space around and between controls, in pixels at 100 %
+constexpr int kStep = 8;  // of the space around and between controls, in pixels at 100 %
+// Of a window's frame, which is not known before it is shown, at least.
+constexpr int kFrame = 8;
+constexpr int kTitleBar = 32;
+
 constexpr int kDigits = 11;  // of the longest 32-bit number
 
 }  // namespace
@@ -32,8 +38,22 @@ void EntryDialog::Ask() {
   QWidget* const owner = OwnerForNewWindow();
   SetOwner(*this, owner);
   adjustSize();
-  if (owner != nullptr) move(owner->frameGeometry().center() - rect().center());
+  if (owner != nullptr) move(PlaceOver(*owner));
   exec();
+}
+
+// In the middle of the owner, as far as the screen has the room there.
+QPoint EntryDialog::PlaceOver(const QWidget& owner) const {
+  const QRect free = owner.screen()->availableGeometry();
+  const QPoint middle = owner.frameGeometry().center() - rect().center();
+  return {std::max(free.left(), std::min(middle.x(), free.right() + 1 - width())),
+          std::max(free.top(), std::min(middle.y(), free.bottom() + 1 - height()))};
+}
+
+QSize EntryDialog::Room() const {
+  const QWidget* const owner = OwnerForNewWindow();
+  const QScreen* const shown_on = (owner != nullptr ? owner : this)->screen();
+  return shown_on->availableSize() - QSize(kFrame, kTitleBar + kFrame);
 }
 
 QLineEdit* EntryDialog::AddNumberBox(const QString& name, const QString& label,

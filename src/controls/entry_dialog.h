@@ -27,10 +27,15 @@ class EntryDialog : public QDialog {
   QLineEdit* AddNumberBox(const QString& name, const QString& label, const QString& text);
   Button* AddButton(const QString& name, const QString& caption, QDialogButtonBox::ButtonRole role);
 
+  /// The size that the screen has for the dialog within its frame, in pixels.
+  QSize Room() const;
+
   void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QPoint PlaceOver(const QWidget& owner) const;
+
   QFormLayout* boxes_;  // children
   QDialogButtonBox* buttons_;
   QLineEdit* first_box_ = nullptr;

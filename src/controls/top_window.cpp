@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int kTitleButtons = 100;  // and the window's icon, in pixels
+constexpr int kTitleButtons = 120;  // and the window's icon, in pixels
 constexpr auto kLongestWait = 200ms;
 constexpr unsigned long kPollInterval = 1;  // milliseconds
 
@@ -30,7 +30,9 @@ void SetOwner(QWidget& window, QWidget* owner) {
 }
 
 int WidthForTitle(const QWidget& window) {
-  return window.fontMetrics().horizontalAdvance(window.windowTitle()) + kTitleButtons;
+  QFont bold = window.font();  // as many frames have it
+  bold.setBold(true);
+  return QFontMetrics(bold).horizontalAdvance(window.windowTitle()) + kTitleButtons;
 }
 
 void ShowPainted(QWidget& window) {

@@ -45,17 +45,19 @@ frmSetup::frmSetup()
       values_(LoadSetup(Store())),
       page_(new SetupPage),
       printer_(new SetupPrinter(values_, SystemPrinters())),
+      tabs_{new FittingPage(page_), new FittingPage(printer_)},
       tabStrip_(new QTabWidget) {
   auto* const all = static_cast<QVBoxLayout*>(layout());
   all->insertLayout(0, ModeChoice());
   tabStrip_->setObjectName("tabStrip");
-  tabStrip_->addTab(page_, tr("&Page"));
-  tabStrip_->addTab(printer_, tr("Printer and &Font"));
+  tabStrip_->addTab(tabs_[0], tr("&Page"));
+  tabStrip_->addTab(tabs_[1], tr("Printer and &Font"));
   all->insertWidget(1, tabStrip_);
   AddButtons();
 
   printer_->ListSets();
   ShowValues();
+  FitScreen();
   connect(page_, &SetupPage::SizeChanged, this, &frmSetup::ShowCapacity);
   connect(printer_, &SetupPrinter::RoomChanged, this, &frmSetup::ShowCapacity);
   connect(OptDOS_, &QRadioButton::toggled, this, &frmSetup::ChooseMode);
@@ -90,6 +92,15 @@ void frmSetup::AddButtons() {
   connect(cancel, &Button::clicked, this, &frmSetup::reject);
   connect(defaults, &Button::clicked, this, &frmSetup::PutDefaultValues);
   connect(about, &Button::clicked, this, [this] { frmAbout::Show(kAboutTag, this); });
+}
+
+// On a small screen the tabs get what the rest of the window leaves.
+void frmSetup::FitScreen() {
+  QSize tab;
+  for (const FittingPage* const page : tabs_) tab = tab.expandedTo(page->sizeHint());
+  const QSize rest = sizeHint() - tab;
+  for (FittingPage* const page : tabs_) page->Room(Room() - rest);
+  tabStrip_->updateGeometry();  // it does not ask its pages again before it is shown
 }
 
 // What was typed for the other mode is there again when one comes back to it.

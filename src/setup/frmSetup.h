@@ -3,8 +3,10 @@
 
 #include <QRadioButton>
 #include <QTabWidget>
+#include <array>
 
 #include "controls/entry_dialog.h"
+#include "setup/fitting_page.h"
 #include "setup/frmSetupPage.h"
 #include "setup/frmSetupPrinter.h"
 #include "setup/setup_values.h"
@@ -24,6 +26,7 @@ class frmSetup : public EntryDialog {
  private:
   QLayout* ModeChoice();
   void AddButtons();
+  void FitScreen();
 
   void ChooseMode(bool text_mode);
   void ShowValues();
@@ -38,6 +41,7 @@ class frmSetup : public EntryDialog {
   QRadioButton* OptWindows_;
   SetupPage* page_;
   SetupPrinter* printer_;
+  std::array<FittingPage*, 2> tabs_;
   QTabWidget* tabStrip_;
 };
 

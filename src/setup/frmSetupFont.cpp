@@ -88,7 +88,10 @@ void SetupFont::Choose() {
   QFontDialog dialog(stands_in, this);
   dialog.setObjectName("QFontDialog");
   bool touched = false;
-  connect(&dialog, &QFontDialog::currentFontChanged, this, [&] { touched = true; });
+  connect(&dialog, &QFontDialog::currentFontChanged, this,
+          [&, first = dialog.currentFont()](const QFont& font) {
+            if (font != first) touched = true;
+          });
   if (dialog.exec() != QDialog::Accepted || !touched) return;
   const QFont chosen = dialog.selectedFont();
   PrintFont font = font_;

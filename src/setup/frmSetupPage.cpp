@@ -32,11 +32,15 @@ QFormLayout* FieldsOf(QGroupBox* group) {
   return fields;
 }
 
-QLabel* CapacityLabel(const char* name) {
-  auto* const label = new QLabel;
+// With room for the widest text: the window keeps its width while numbers are typed.
+QLabel* CapacityLabel(const char* name, const std::string& widest) {
+  auto* const label = new QLabel(QString::fromStdString(widest));
   label->setObjectName(name);
+  label->setMinimumWidth(label->sizeHint().width());
   return label;
 }
+
+constexpr PageCapacity kMost = {kMostCells, kMostCells};
 
 void Tell(QLabel& label, const std::string& text, std::int32_t number) {
   label.setText(QString::fromStdString(text));
@@ -46,8 +50,8 @@ void Tell(QLabel& label, const std::string& text, std::int32_t number) {
 }  // namespace
 
 SetupPage::SetupPage()
-    : lblLines_(CapacityLabel("lblLines")),
-      lblColumns_(CapacityLabel("lblColumns")),
+    : lblLines_(CapacityLabel("lblLines", LinesText(kMost))),
+      lblColumns_(CapacityLabel("lblColumns", ColumnsText(kMost))),
       chkPrintDateTime_(new QCheckBox(tr("Print date and ti&me in the foot of each page"))),
       chkPrintColumnDivider_(new QCheckBox(tr("Print a di&vider between columns"))) {
   chkPrintDateTime_->setObjectName("chkPrintDateTime");
@@ -61,8 +65,11 @@ SetupPage::SetupPage()
   all->setContentsMargins(kStep, kStep, kStep, kStep);
   all->setSpacing(kStep);
   all->addLayout(groups);
-  all->addWidget(chkPrintDateTime_);
-  all->addWidget(chkPrintColumnDivider_);
+  all->addWidget(lblLines_);
+  all->addWidget(lblColumns_);
+  // No wider than their texts, or scrolling to them would show their middle.
+  all->addWidget(chkPrintDateTime_, 0, Qt::AlignLeft);
+  all->addWidget(chkPrintColumnDivider_, 0, Qt::AlignLeft);
   all->addStretch();
 
   for (const PageField size : {PageField::kHeight, PageField::kWidth}) {
@@ -82,12 +89,10 @@ QGroupBox* SetupPage::MarginsGroup() {
 
 QGroupBox* SetupPage::SizeGroup() {
   auto* const group = new QGroupBox(tr("Page"));
-  QFormLayout* const fields = FieldsOf(group);
+  FieldsOf(group);
   for (const PageField field : {PageField::kHeight, PageField::kWidth, PageField::kLines}) {
     AddBox(group, field);
   }
-  fields->addRow(lblLines_);
-  fields->addRow(lblColumns_);
   return group;
 }
 

@@ -12,7 +12,7 @@
 
 namespace kel {
 
-/// mgnTop to mgnLines, and beside them what the page has room for.
+/// mgnTop to mgnLines, and below them what the page has room for.
 class SetupPage : public QWidget {
   Q_OBJECT
 

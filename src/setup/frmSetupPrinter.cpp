@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kStep = 8;  // of the space around and between controls, in pixels at 100 %
 constexpr int kPrinterCharacters = 28;
+constexpr int kLeastPrinter = 16 * kStep;  // on a small screen
 
 // Below printer and port.
 constexpr int kFirstTextModeRow = 2;
@@ -89,6 +90,7 @@ void SetupPrinter::AddPrinters(const SetupValues& values) {
   }
   cmbPrinter_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   cmbPrinter_->setMinimumContentsLength(kPrinterCharacters);
+  cmbPrinter_->setMinimumWidth(kLeastPrinter);
   for (const PrinterName& name : printers_) {
     cmbPrinter_->addItem(QString::fromStdString(name.device));
   }

@@ -15,8 +15,8 @@
 namespace kel {
 
 /// cmbPrinter and its port; below, in text mode the character set and the printer's code page, in
-/// Windows mode font and orientation. A stored printer, port, character set or code page that is not
-/// there is kept and shown.
+/// Windows mode font and orientation. A stored printer, port, character set or code page that is
+/// not there is kept and shown.
 class SetupPrinter : public QWidget {
   Q_OBJECT
 
@@ -46,7 +46,7 @@ class SetupPrinter : public QWidget {
   std::vector<PrinterName> printers_;
   QString own_port_;     // stored or typed, not told by a printer
   int listed_sets_ = 0;  // the first items of cmbFont_; one that is not stored stands behind
-  QFormLayout* rows_;  // children
+  QFormLayout* rows_;    // children
   QComboBox* cmbPrinter_;
   QLineEdit* lbl_;
   QComboBox* cmbFont_;

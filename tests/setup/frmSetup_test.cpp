@@ -63,6 +63,14 @@ TEST_F(FrmSetupTest, TheKeyboardAloneSetsUpTextMode) {
   PressAlt(Qt::Key_I);
   Press(Qt::Key_Down);
   EXPECT_EQ(Text("lbl"), "queue:office");
+  PressAlt(Qt::Key_T);
+  Type("/dev/usb/lp0");
+  PressAlt(Qt::Key_I);
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Find<QComboBox>("cmbPrinter").currentText() + Text("lbl"), "PDF/dev/usb/lp0");
+  Press(Qt::Key_Home);
+  EXPECT_EQ(Text("lbl"), "LPT1:") << "the stored port of the stored printer";
+  Press(Qt::Key_Down);
   PressAlt(Qt::Key_S);
   Press(Qt::Key_End);
   EXPECT_EQ(Tag("lblColumns"), 136);
@@ -86,6 +94,10 @@ TEST_F(FrmSetupTest, WindowsModeMeasuresAndSavesTheFontThatIsChosen) {
   Click("cmdDefault");
   EXPECT_EQ(Text("mgnLines"), "60");
   PressAlt(Qt::Key_F);
+  WhenModal("QFontDialog", [](QWidget& dialog) { dynamic_cast<QFontDialog&>(dialog).accept(); });
+  PressAlt(Qt::Key_H);
+  EXPECT_TRUE(Find<QLabel>("lblFont").text().startsWith("Courier New")) << "nothing was changed";
+  ComeBack();
   WhenModal("QFontDialog", [](QWidget& dialog) {
     auto& fonts = dynamic_cast<QFontDialog&>(dialog);
     QFont font = fonts.currentFont();
@@ -100,6 +112,7 @@ TEST_F(FrmSetupTest, WindowsModeMeasuresAndSavesTheFontThatIsChosen) {
   EXPECT_EQ(Tag("lblColumns"), 48);
   EXPECT_TRUE(Find<QLabel>("lblFont").font().italic());
   Choose("OptLandscape", Qt::Key_A);
+  EXPECT_EQ(Tag("lblColumns"), 69) << "of the turned sheet";
   Click("cmdOk");
   EXPECT_EQ(LastMessage(),
             "Total lines per page should not exceed " + std::to_string(Tag("lblLines")) + ".");
@@ -108,13 +121,13 @@ TEST_F(FrmSetupTest, WindowsModeMeasuresAndSavesTheFontThatIsChosen) {
   EXPECT_FALSE(dialog_->isVisible());
   const SetupValues saved = LoadSetup(*settings_);
   EXPECT_FALSE(saved.text_mode || saved.portrait);
-  EXPECT_EQ(saved.font.name, "Courier New") << "though another font stands in for it";
+  EXPECT_EQ(saved.font.name, QFontInfo(QFont("Courier New")).family().toStdString());
   EXPECT_EQ(saved.font.points, 20);
   EXPECT_TRUE(saved.font.flags.italic);
   EXPECT_TRUE(settings_->ReadSection("Setup\\DOS").empty()) << "what was typed there is dropped";
 }
 
-TEST_F(FrmSetupTest, ADeletedCharacterSetHasToBeChosenAnew) {
+TEST_F(FrmSetupTest, ADeletedCharacterSetHasToBeChosenAnewUnlessItIsTheDefault) {
   PressAlt(Qt::Key_F);
   WhenModal("frmDec", [](QWidget& editor) {
     QTest::mouseClick(&Child(editor, "Delete"), Qt::LeftButton);  // 10 cpi
@@ -126,6 +139,8 @@ TEST_F(FrmSetupTest, ADeletedCharacterSetHasToBeChosenAnew) {
   Click("cmdOk");
   EXPECT_EQ(LastMessage(), "You must enter a font set.");
   EXPECT_TRUE(Find("cmbFont").hasFocus());
+  Click("cmdDefault");
+  EXPECT_EQ(Find<QComboBox>("cmbFont").currentText(), "10 cpi") << "though it is not listed";
   Click("cmdCancel");
   EXPECT_TRUE(settings_->ReadSection("Setup").empty());
 }

@@ -73,6 +73,8 @@ TEST(SetupValuesTest, WhatIsSavedIsLoadedAgainAndThePrintFilesFollow) {
   MemorySettingsStore store;
   store.Write("Characters", "17 cpi", "15");
   store.Write("Setup\\DOS", "TopMargin", "five");
+  store.Write("Setup\\Windows", "Portrait", "upright");
+  store.Write("Setup\\Windows", "TopMargin", "five");
   SetupValues values = LoadSetup(store);
   EXPECT_EQ(values.Page()[PageField::kTop], "5") << "a misfit counts as absent";
   EXPECT_EQ(values.Page()[PageField::kWidth], "8.5");
@@ -83,7 +85,8 @@ TEST(SetupValuesTest, WhatIsSavedIsLoadedAgainAndThePrintFilesFollow) {
   values.Page()[PageField::kHeight] = " 11.7in";
   values.Page()[PageField::kLeft] = "3.5";
   SaveSetup(store, values, kCell);
-  EXPECT_TRUE(store.ReadSection("Setup\\Windows").empty());
+  EXPECT_EQ(store.ReadSection("Setup\\Windows").size(), 2U) << "left alone, what is read apart";
+  EXPECT_EQ(store.Read("Setup\\Windows", "Portrait"), "True");
   EXPECT_EQ(store.Read("Setup\\DOS", "Cols"), "80");
   EXPECT_EQ(store.Read("Setup\\DOS", "CodePage"), "CP437");
   EXPECT_EQ(store.Read("Setup", "DateTime"), "False");
@@ -93,6 +96,7 @@ TEST(SetupValuesTest, WhatIsSavedIsLoadedAgainAndThePrintFilesFollow) {
   EXPECT_NE(ReadFile(TempFolder() / kRangeBatchName).find("> \"queue:office\""), std::string::npos);
 
   values.text_mode = false;
+  values.portrait = false;
   values.font = {"Mono", 9.5, {true, false, true, false}, -2147483640};
   SaveSetup(store, values, kCell);
   PrintSettings settings;
@@ -102,6 +106,18 @@ TEST(SetupValuesTest, WhatIsSavedIsLoadedAgainAndThePrintFilesFollow) {
   EXPECT_EQ(settings.fore_color, -2147483640);
   EXPECT_TRUE(settings.font_flags.bold && settings.font_flags.underline);
   EXPECT_EQ(settings.lines, 65);
+  EXPECT_EQ(settings.cols, 115) << "of the turned sheet";
+  PutDefaults(values);
+  EXPECT_EQ(values.font.fore_color, 0);
+}
+
+TEST(SetupValuesTest, AStoredSizeThatNoFontHasGivesTheUsualOne) {
+  MemorySettingsStore store;
+  for (const auto& [stored, points] :
+       {std::pair("0", 10.), {"-8", 10.}, {"1000.5", 10.}, {"0.5", 0.5}, {"1000", 1000.}}) {
+    store.Write("Setup\\Windows", "FontSize", stored);
+    EXPECT_EQ(LoadSetup(store).font.points, points) << stored;
+  }
 }
 
 TEST(SetupValuesTest, AFailureAtAnyPointLeavesTheSettingsFromBefore) {
