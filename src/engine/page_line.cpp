@@ -32,7 +32,10 @@ constexpr std::array<char32_t, 6> kLinkers = {0x094D, 0x09CD, 0x0ACD, 0x0B4D, 0x
 constexpr char32_t kScriptBlock = 0x80;
 constexpr char32_t kFirstConsonant = 0x15;  // in every one of these blocks, as the last one
 constexpr char32_t kLastConsonant = 0x39;
-constexpr std::size_t kLetterBytes = 3;  // of every letter of these blocks
+constexpr char32_t kFirstDottedConsonant = 0x58;  // precomposed with a nukta
+constexpr char32_t kLastDottedConsonant = 0x5F;
+constexpr std::string_view kJoiner = "\xe2\x80\x8d";  // U+200D, behind a linker
+constexpr std::size_t kLetterBytes = 3;               // of every letter of these blocks
 
 // The code point of the three bytes at `at`; 0 when they are none.
 char32_t ThreeByteLetter(std::string_view text, std::size_t at) {
@@ -43,13 +46,17 @@ char32_t ThreeByteLetter(std::string_view text, std::size_t at) {
 }
 
 bool FormsConjunct(std::string_view before, std::string_view after) {
+  if (before.size() > kJoiner.size() && before.ends_with(kJoiner)) {
+    before.remove_suffix(kJoiner.size());
+  }
   if (before.size() < kLetterBytes) return false;
   const char32_t linker = ThreeByteLetter(before, before.size() - kLetterBytes);
   if (std::find(kLinkers.begin(), kLinkers.end(), linker) == kLinkers.end()) return false;
   const char32_t letter = ThreeByteLetter(after, 0);
   const char32_t place = letter % kScriptBlock;
-  return letter / kScriptBlock == linker / kScriptBlock && place >= kFirstConsonant &&
-         place <= kLastConsonant;
+  const bool is_consonant = (place >= kFirstConsonant && place <= kLastConsonant) ||
+                            (place >= kFirstDottedConsonant && place <= kLastDottedConsonant);
+  return letter / kScriptBlock == linker / kScriptBlock && is_consonant;
 }
 
 // The ASCII characters that `text` begins with, `most` at most, but for one that may carry a

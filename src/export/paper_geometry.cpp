@@ -1,6 +1,7 @@
 #include "export/paper_geometry.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <string>
@@ -32,6 +33,14 @@ void CheckInches(double inches, double least, std::string_view what) {
                                                        "its borders and at most 200 inches");
 }
 
+bool IsPitchUnit(std::string_view text) {
+  constexpr std::string_view kUnit = "cpi";
+  return text.size() >= kUnit.size() &&
+         std::equal(kUnit.begin(), kUnit.end(), text.begin(), [](char unit, char c) {
+           return unit == std::tolower(static_cast<unsigned char>(c));
+         });
+}
+
 }  // namespace
 
 PaperSize SheetOf(double width, double height, bool portrait) {
@@ -52,7 +61,7 @@ TextPitch PitchOf(std::string_view character_set) {
   const std::string_view unit =
       TrimBlanks(name.substr(static_cast<std::size_t>(end - name.data())));
   const bool is_pitch =
-      failure == std::errc() && unit.substr(0, 3) == "cpi" && pitch >= 1 && pitch <= kMostPitch;
+      failure == std::errc() && IsPitchUnit(unit) && pitch >= 1 && pitch <= kMostPitch;
   if (!is_pitch) pitch = kDefaultPitch;
   return {std::min(kSizeTimesPitch / pitch, kHighestLetter), kPointsPerInch / pitch, kLineHeight};
 }

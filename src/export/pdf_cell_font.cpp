@@ -55,20 +55,18 @@ std::vector<CellGlyph> InOrderOfWords(std::vector<CellGlyph> cells) {
 
 CellFont::CellFont(const FontLook& look, std::optional<EmCell> cell) : fonts_(look) {
   TakePlainGlyphs();
-  const double widest = WidestPlain();
   if (cell) {
     cell_ = *cell;
-    stretch_ = cell_.width / widest;
   } else {
     const double letter = Face().AdvanceOf(PlainGlyph('A'));
     cell_ = {letter > 0 ? letter : kUsualWidth, Face().LineHeight()};
-    stretch_ = Fitting(widest, cell_.width);
   }
+  TakePitch(cell_.width / WidestPlain());
 }
 
 CellFont::CellFont(const FontLook& look, const CellFont& like) : fonts_(look), cell_(like.cell_) {
   TakePlainGlyphs();
-  stretch_ = Fitting(WidestPlain() * like.stretch_, cell_.width) * like.stretch_;
+  TakePitch(Fitting(WidestPlain() * like.stretch_, cell_.width) * like.stretch_);
 }
 
 void CellFont::TakePlainGlyphs() {
@@ -80,6 +78,16 @@ void CellFont::TakePlainGlyphs() {
 DrawnFont& CellFont::Drawn() {
   if (!drawn_) drawn_.emplace(cell_.width);
   return *drawn_;
+}
+
+// Each letter of a proportional font is fitted by itself.
+void CellFont::TakePitch(double stretch) {
+  constexpr double kNearly = 0.001;
+  const double widest = WidestPlain();
+  fixed_pitch_ = std::all_of(plain_.begin(), plain_.end(), [&](std::uint32_t glyph) {
+    return glyph == 0 || widest - Face().AdvanceOf(glyph) < kNearly;
+  });
+  stretch_ = fixed_pitch_ ? stretch : 1;
 }
 
 double CellFont::WidestPlain() const {
@@ -110,7 +118,8 @@ std::vector<CellGlyph> CellFont::Shape(std::string_view text, Cells cells, Direc
   if (shaped.clusters.empty()) return {};
   const Squeeze squeeze = Fit(shaped, cells, direction);
   const bool own = shaped.clusters.size() == 1 && shaped.clusters.front().face == &Face();
-  if (direction == Direction::kRightToLeft || (own && IsOneLetter(shaped.clusters.front()))) {
+  const bool letter = own && fixed_pitch_ && IsOneLetter(shaped.clusters.front());
+  if (direction == Direction::kRightToLeft || letter) {
     return InClusters(shaped, squeeze);
   }
   return {Whole(valid, shaped, squeeze, cells)};

@@ -51,6 +51,9 @@ class CellFont {
 
   /// The glyph of printable ASCII; 0 when the font lacks it.
   std::uint32_t PlainGlyph(char c) const { return plain_[static_cast<unsigned char>(c)]; }
+  /// Whether its letters fill their cells. Those of another font are drawn as shaped text is, or
+  /// readers would take the rest of each cell for a blank.
+  bool HasFixedPitch() const { return fixed_pitch_; }
   /// How wide the font's own letters are drawn.
   double PlainStretch() const { return stretch_; }
 
@@ -68,6 +71,7 @@ class CellFont {
   };
 
   void TakePlainGlyphs();
+  void TakePitch(double stretch);
   double WidestPlain() const;
   std::vector<CellGlyph> Shape(std::string_view text, Cells cells, Direction direction);
   Squeeze Fit(const ShapedText& shaped, Cells cells, Direction direction) const;
@@ -79,6 +83,7 @@ class CellFont {
 
   FontChain fonts_;
   EmCell cell_;
+  bool fixed_pitch_ = true;
   double stretch_ = 1;
   std::array<std::uint32_t, 256> plain_{};
   DrawnFont& Drawn();

@@ -126,8 +126,13 @@ void LinePainter::DrawPlain(CellFont& font, std::string_view text, Cells column)
     }
     return;
   }
-  BeginPlain(font);
+  if (font.HasFixedPitch()) BeginPlain(font);
   for (std::size_t i = 0; i < text.size(); ++i, x += cell) {
+    if (!font.HasFixedPitch()) {
+      DrawShaped(font, text.substr(i, 1), column + static_cast<Cells>(i), 1,
+                 Direction::kLeftToRight);
+      continue;
+    }
     const std::uint32_t glyph = font.PlainGlyph(text[i]);
     if (glyph == 0) {  // the family lacks it, another has it
       DrawShaped(font, text.substr(i, 1), column + static_cast<Cells>(i), 1,

@@ -81,7 +81,8 @@ PagePrinter::PagePrinter(const ReportSnapshot& report, OutputFile& file)
                      report.settings.portrait)),
       type_(TypeOf(report.settings)),
       fonts_(type_.font, type_.cell),
-      size_(FittingSize(report.job.page_width, report.job.page_length - 1)),
+      size_(FittingSize(report.job.page_width - report.settings.right_margin,
+                        report.job.page_length - 1)),
       canvas_(file, sheet_),
       painter_(canvas_.Context(), fonts_) {
   canvas_.SetColor(type_.color);

@@ -57,6 +57,7 @@ TEST(PageLineTest, GraphemesOtherThanAsciiAreDrawnByThemselvesAtTheirCells) {
   for (const auto& [line, shown] : std::vector<std::pair<std::string, std::string>>{
            {"नकद b", "0:1[ ] 1:1(न) 2:1(क) 3:1(द) 4:2[ b]"},
            {"क्षेत्रa", "0:1[ ] 1:2(क्षे) 3:2(त्र) 5:1[a]"},
+           {"दर्\u200dया क्\u0958", "0:1[ ] 1:1(द) 2:2(र्\u200dया) 4:1[ ] 5:2(क्\u0958)"},
            {"क्\x1b-1षક્a\u094dષ", "0:1[ ] 1:1(क्) 2:1U(ष) 3:1U(ક્) 4:1U(a\u094d) 5:1U(ષ)"},
            {"世a", "0:1[ ] 1:2(世) 3:1[a]"},
            {"xe\u0301y", "0:2[ x] 2:1(e\u0301) 3:1[y]"},

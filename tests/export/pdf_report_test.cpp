@@ -104,6 +104,13 @@ TEST_F(PdfReportTest, MoreShapedLettersThanAFontOfAPdfHoldsAreReadAsTheyAreWritt
   EXPECT_EQ(LaidOutText(Pdf()), expected);
 }
 
+TEST_F(PdfReportTest, WordsOfAProportionalFontAreRead) {
+  report_.settings.mode = "WINDOWS";
+  report_.settings.font = "DejaVu Sans";
+  Write({{"Cash in hand (Main), 31%    1,250.00 | @W", "\x01\033EWilliam\033F    2,500.00"}});
+  EXPECT_EQ(LaidOutText(Pdf()), "Cash in hand (Main), 31% 1,250.00 | @W\nWilliam 2,500.00\n");
+}
+
 TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
   const Lines lines = {
       "  ACME Traders                                   Page 1",
