@@ -6,7 +6,7 @@
 #include <array>
 
 #include "controls/entry_dialog.h"
-#include "setup/fitting_page.h"
+#include "controls/fitting_page.h"
 #include "setup/frmSetupPage.h"
 #include "setup/frmSetupPrinter.h"
 #include "setup/setup_values.h"

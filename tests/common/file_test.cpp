@@ -61,7 +61,7 @@ TEST_F(FileTest, WhatCannotBeReadIsRefusedWithItsReason) {
             "cannot open absent: No such file or directory");
 }
 
-TEST_F(FileTest, TheOldFileStandsUntilCommitAndStaysWhenThereIsNone) {
+TEST_F(FileTest, TheOldFileStandsUntilCommitAndStaysWhenThereIsNoneOrTheProcessIsKilled) {
   WriteFile("report", "old");
   OutputFile("report").Write("abandoned");
   OutputFile file("report");
@@ -70,18 +70,13 @@ TEST_F(FileTest, TheOldFileStandsUntilCommitAndStaysWhenThereIsNone) {
   file.Write(" and half");
   file.Commit();
   EXPECT_EQ(ReadFile("report"), "half and half");
-  EXPECT_TRUE(HoldsOnly("report"));
-}
-
-TEST_F(FileTest, AKilledProcessLeavesTheOldFileAndNoLitter) {
-  WriteFile("report", "old");
-  EXPECT_TRUE(testing::Succeeded(testing::StartChild([&] {
-    OutputFile file("report");
-    file.Write(std::string(1'000'000, 'n'));
+  EXPECT_TRUE(testing::Succeeded(testing::StartChild([] {
+    OutputFile killed("report");
+    killed.Write(std::string(1'000'000, 'n'));
     ::_exit(0);
     return false;
   })));
-  EXPECT_EQ(ReadFile("report"), "old");
+  EXPECT_EQ(ReadFile("report"), "half and half");
   EXPECT_TRUE(HoldsOnly("report"));
 }
 

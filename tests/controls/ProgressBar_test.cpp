@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QSignalSpy>
 #include <QTest>
+#include <array>
 #include <limits>
 #include <vector>
 
@@ -20,46 +21,29 @@ QImage Look(ProgressBar& bar) {
   return image;
 }
 
-struct Step {
-  std::int32_t min, max, value;
-  std::int32_t stored;
-  int width;  // of a bar 200 wide
-};
-
 TEST(ProgressBar, TheValueItselfCountsNotItsDistanceFromMin) {
-  const std::vector<Step> steps = {{0, 100, 0, 0, 0},
-                                   {0, 100, 50, 50, 100},
-                                   {0, 100, 100, 100, 200},
-                                   {0, 100, 101, 100, 200},
-                                   {0, 100, -1, 0, 0},
-                                   {50, 100, 75, 75, 300},
-                                   {50, 100, 10, 50, 200},
-                                   {0, 3, 1, 1, 67},
-                                   {0, 3, 2, 2, 133},
-                                   {-100, 100, -50, -50, 0},
-                                   {0, 1000000, 500000, 500000, 100}};
-  for (const Step& step : steps) {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  // Min, Max and the value given, the value stored, and the width of a bar 200 wide.
+  const std::vector<std::array<std::int32_t, 5>> steps = {
+      {0, 100, 0, 0, 0},      {0, 100, 101, 100, 200},  {0, 100, -1, 0, 0},
+      {50, 100, 75, 75, 300}, {50, 100, 10, 50, 200},   {0, 3, 1, 1, 67},
+      {0, 3, 2, 2, 133},      {-100, 100, -50, -50, 0}, {0, 1000000, 500000, 500000, 100}};
+  for (const auto& [min, max, value, stored, width] : steps) {
     ProgressBar bar;
     bar.resize(200, 16);
-    bar.Min(step.min);
-    bar.Max(step.max);
-    bar.Value(step.value);
-    EXPECT_EQ(bar.Value(), step.stored) << step.min << ' ' << step.max << ' ' << step.value;
-    EXPECT_EQ(Pic(bar).geometry(), QRect(0, 0, step.width, 16))
-        << step.min << ' ' << step.max << ' ' << step.value;
+    bar.Min(min);
+    bar.Max(max);
+    bar.Value(value);
+    EXPECT_EQ(bar.Value(), stored) << min << ' ' << max << ' ' << value;
+    EXPECT_EQ(Pic(bar).geometry(), QRect(0, 0, width, 16)) << min << ' ' << max << ' ' << value;
   }
-}
-
-TEST(ProgressBar, ExtremeRangesNeitherOverflowNorLeaveTheScreen) {
-  constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-  EXPECT_NEAR(ProgressBar::BarWidth(kMost, kLeast, kMost, 200), 100, 0.001);
-  ProgressBar bar;
-  bar.resize(200, 16);
-  bar.Max(kMost);
-  bar.Min(kMost - 1);
-  bar.Value(kMost);
-  EXPECT_GE(Pic(bar).width(), 200);
+  EXPECT_NEAR(ProgressBar::BarWidth(kMost, -kMost - 1, kMost, 200), 100, 0.001);
+  ProgressBar extreme;
+  extreme.resize(200, 16);
+  extreme.Max(kMost);
+  extreme.Min(kMost - 1);
+  extreme.Value(kMost);
+  EXPECT_GE(Pic(extreme).width(), 200);
 }
 
 TEST(ProgressBar, TheBarFollowsTheControlsSizeAndBorder) {
@@ -119,11 +103,18 @@ TEST(ProgressBar, ChangesAreToldByTheirPublishedNames) {
   bar.AutoSize(true);
   bar.Max(30);
   QStringList names;
-  for (const QList<QVariant>& change : changes) names << change.at(0).toString();
+  for (const auto& change : changes) names << change.at(0).toString();
   EXPECT_EQ(names, QStringList({"Value", "AutoSize", "Max", "Value"}));
 }
 
 TEST(ProgressBar, KeptPropertiesComeBackAndMissingOnesAreTheDefaults) {
+  using Numbers = std::vector<std::int64_t>;
+  const auto properties = [](const ProgressBar& bar) {
+    return Numbers{bar.Min(),         bar.Max(),       bar.Value(),     bar.Appearance(),
+                   bar.BorderStyle(), bar.BackColor(), bar.ForeColor(), bar.AutoSize()};
+  };
+  const auto face = std::int64_t{system_color::kButtonFace};
+  const auto highlight = std::int64_t{system_color::kHighlight};
   ProgressBar bar;
   bar.Min(10);
   bar.Max(500);
@@ -134,22 +125,10 @@ TEST(ProgressBar, KeptPropertiesComeBackAndMissingOnesAreTheDefaults) {
   bar.AutoSize(true);
   ProgressBar copy;
   copy.ReadProperties(bar.WriteProperties());
-  EXPECT_EQ(copy.Min(), 10);
-  EXPECT_EQ(copy.Max(), 500);
-  EXPECT_EQ(copy.Value(), 42);
-  EXPECT_EQ(copy.Appearance(), ProgressBar::kFlat);
-  EXPECT_EQ(copy.BorderStyle(), ProgressBar::kFixedSingle);
-  EXPECT_EQ(copy.BackColor(), 0x123456U);
-  EXPECT_TRUE(copy.AutoSize());
-
+  EXPECT_EQ(properties(copy), (Numbers{10, 500, 42, ProgressBar::kFlat, ProgressBar::kFixedSingle,
+                                       0x123456, highlight, 1}));
   copy.ReadProperties({});
-  EXPECT_EQ(copy.Min(), 0);
-  EXPECT_EQ(copy.Max(), 100);
-  EXPECT_EQ(copy.Value(), 0);
-  EXPECT_EQ(copy.Appearance(), ProgressBar::k3D);
-  EXPECT_EQ(copy.BackColor(), system_color::kButtonFace);
-  EXPECT_EQ(copy.ForeColor(), system_color::kHighlight);
-  EXPECT_FALSE(copy.AutoSize());
+  EXPECT_EQ(properties(copy), (Numbers{0, 100, 0, ProgressBar::k3D, 0, face, highlight, 0}));
 }
 
 }  // namespace

@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QFontInfo>
 #include <QImage>
 #include <QPainter>
 #include <QTransform>
 #include <cmath>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -64,48 +62,27 @@ class Page {
   QImage image_;
 };
 
-struct Grapheme {
-  const char* text;
-  bool bold;
-};
-
-std::ostream& operator<<(std::ostream& out, const Grapheme& grapheme) {
-  return out << grapheme.text << (grapheme.bold ? " bold" : "");
-}
-
-class EveryGrapheme : public ::testing::TestWithParam<Grapheme> {};
-
-TEST_P(EveryGrapheme, StaysInItsCells) {
-  const char* const text = GetParam().text;
-  const bool bold = GetParam().bold;
-  const Cells count = CellWidth(text);
-  for (const char* family : {"DejaVu Sans Mono", "DejaVu Sans"}) {
-    const CellPainter cells(family, kPoints);
-    for (const double scale : {1.0, 1.5, 2.0}) {
-      Page page(cells, scale);
-      page.Paint(
-          [&](QPainter& painter) { cells.DrawGrapheme(painter, text, 4, count, 1, bold, false); });
-      const QRect ink = page.Ink();
-      ASSERT_FALSE(ink.isEmpty()) << family << scale;
-      // Smoothing spreads an edge into the pixel beside it.
-      const QRect allowed = page.CellPixels(4, count, 1).adjusted(-1, -1, 1, 1);
-      EXPECT_TRUE(allowed.contains(ink))
-          << family << " at " << scale << ": " << ink.left() << ".." << ink.right() << ", "
-          << ink.top() << ".." << ink.bottom() << " not in " << allowed.left() << ".."
-          << allowed.right() << ", " << allowed.top() << ".." << allowed.bottom();
+TEST(CellPainter, EveryGraphemeStaysInItsCells) {
+  for (const char* const text :
+       {"W", "g", "_", "é", "₹", "क", "कि", "र्की", "हूँ", "હૂં", "漢", "😀", "﷽", "\xff"}) {
+    const Cells count = CellWidth(text);
+    for (const char* family : {"DejaVu Sans Mono", "DejaVu Sans"}) {
+      const CellPainter cells(family, kPoints);
+      for (const double scale : {1.0, 1.5, 2.0}) {
+        for (const bool bold : {false, true}) {
+          SCOPED_TRACE(std::string(text) + family + std::to_string(scale) + (bold ? "bold" : ""));
+          Page page(cells, scale);
+          page.Paint([&](QPainter& painter) {
+            cells.DrawGrapheme(painter, text, 4, count, 1, bold, false);
+          });
+          ASSERT_FALSE(page.Ink().isEmpty());
+          // Smoothing spreads an edge into the pixel beside it.
+          EXPECT_TRUE(page.CellPixels(4, count, 1).adjusted(-1, -1, 1, 1).contains(page.Ink()));
+        }
+      }
     }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(CellPainter, EveryGrapheme,
-                         ::testing::Values(Grapheme{"W", false}, Grapheme{"W", true},
-                                           Grapheme{"g", false}, Grapheme{"_", true},
-                                           Grapheme{"é", false}, Grapheme{"₹", true},
-                                           Grapheme{"क", false}, Grapheme{"कि", false},
-                                           Grapheme{"र्की", true}, Grapheme{"हूँ", false},
-                                           Grapheme{"હૂં", false}, Grapheme{"漢", false},
-                                           Grapheme{"😀", false}, Grapheme{"😀", true},
-                                           Grapheme{"﷽", false}, Grapheme{"\xff", false}));
 
 TEST(CellPainter, LettersOfAScriptMeetAtTheEdgeOfTheirCells) {
   const CellPainter cells("DejaVu Sans Mono", 40);
@@ -116,16 +93,14 @@ TEST(CellPainter, LettersOfAScriptMeetAtTheEdgeOfTheirCells) {
     }
   });
   // The line over the letters runs through all four without a gap.
-  const QRect row = page.CellPixels(1, 4, 1);
-  int longest = 0;
+  const QRect row = page.CellPixels(1, 4, 1).adjusted(2, 0, -2, 0);
+  bool runs_through = false;
   for (int y = row.top(); y < row.bottom(); ++y) {
     int length = 0;
-    for (int x = row.left(); x <= row.right(); ++x) {
-      length = page.IsInk(x, y) ? length + 1 : 0;
-      longest = std::max(longest, length);
-    }
+    for (int x = row.left(); x <= row.right(); ++x) length += page.IsInk(x, y) ? 1 : 0;
+    runs_through |= length == row.width();
   }
-  EXPECT_GE(longest, row.width() - 4);
+  EXPECT_TRUE(runs_through);
 }
 
 TEST(CellPainter, AColumnStandsAtItsPlaceWhateverStandsBeforeIt) {
@@ -156,56 +131,39 @@ TEST(CellPainter, AnUnderlineRunsThroughBlanksAcrossExactlyItsCells) {
     EXPECT_EQ(ink.right() + 1, std::lround(9 * width));
     EXPECT_LE(ink.height(), 2);
     EXPECT_TRUE(page.CellPixels(2, 7, 1).contains(ink));
-    for (int y = ink.top(); y <= ink.bottom(); ++y) {
-      for (int x = ink.left(); x <= ink.right(); ++x) {
-        ASSERT_EQ(page.Image().pixelColor(x, y), QColor(Qt::black)) << x << ", " << y;
-      }
-    }
+    QImage line(ink.size(), page.Image().format());
+    line.fill(Qt::black);
+    line.setDevicePixelRatio(scale);
+    EXPECT_EQ(page.Image().copy(ink), line);
   }
 }
 
-TEST(CellPainter, GraphemesWithoutCellsAndBlanksLeaveNoInk) {
+TEST(CellPainter, TextIsDrawnInThePensColourAndLeavesThePainterAsItWas) {
   const CellPainter cells(CellPainter::DefaultFamily(), kPoints);
   Page page(cells, 1);
   page.Paint([&](QPainter& painter) {
+    painter.translate(5, 5);
+    painter.setPen(Qt::white);
+    const QTransform before = painter.transform();
+    cells.DrawGrapheme(painter, "कि", 1, 1, 1, true, true);
+    cells.DrawPlain(painter, "xyz", 2, 1, false, true);
+    EXPECT_EQ(painter.transform(), before);
+    EXPECT_EQ(painter.pen().color(), QColor(Qt::white));
+  });
+  page.Paint([&](QPainter& painter) {  // nothing that has ink
     cells.DrawGrapheme(painter, "\u0941", 1, 0, 1, false, true);
     cells.DrawPlain(painter, "  \x1b ", 2, 1, false, false);
   });
   EXPECT_TRUE(page.Ink().isEmpty());
 }
 
-TEST(CellPainter, TextIsDrawnInThePensColourAndLeavesThePainterAsItWas) {
-  const CellPainter cells(CellPainter::DefaultFamily(), kPoints);
-  QImage image(100, 60, QImage::Format_RGB32);
-  image.fill(Qt::black);
-  QPainter painter(&image);
-  painter.translate(5, 5);
-  painter.setPen(Qt::green);
-  const QTransform before = painter.transform();
-  cells.DrawGrapheme(painter, "कि", 1, 1, 1, true, true);
-  cells.DrawPlain(painter, "xyz", 2, 1, false, true);
-  EXPECT_EQ(painter.transform(), before);
-  EXPECT_EQ(painter.pen().color(), QColor(Qt::green));
-  painter.end();
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      ASSERT_EQ(qRed(image.pixel(x, y)) + qBlue(image.pixel(x, y)), 0);
-    }
-  }
-}
-
 TEST(CellPainter, CharactersThatTheFamilyLacksComeFromAnother) {
   const CellPainter cells("Standard Symbols PS", kPoints);  // has no Latin letters
   Page page(cells, 2);
   page.Paint([&](QPainter& painter) { cells.DrawPlain(painter, "Qj", 3, 1, false, false); });
-  EXPECT_TRUE(page.Ink().intersects(page.CellPixels(3, 1, 1).adjusted(2, 0, -2, 0)));
-  EXPECT_TRUE(page.Ink().intersects(page.CellPixels(4, 1, 1).adjusted(2, 0, -2, 0)));
-}
-
-TEST(CellPainter, TheDefaultFamilyHasFixedPitch) {
-  const QFontInfo info{QFont(CellPainter::DefaultFamily())};
-  EXPECT_TRUE(info.fixedPitch());
-  EXPECT_EQ(info.family(), CellPainter::DefaultFamily());
+  for (const Cells column : {3, 4}) {
+    EXPECT_TRUE(page.Ink().intersects(page.CellPixels(column, 1, 1).adjusted(2, 0, -2, 0)));
+  }
 }
 
 }  // namespace

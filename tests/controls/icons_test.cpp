@@ -2,29 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QImage>
-#include <QPainter>
-#include <QPalette>
-#include <QSet>
+#include <QtWidgets>
 
 namespace kel {
 namespace {
-
-// The application's palette as it was, at the end of a test.
-class Icons : public ::testing::Test {
- protected:
-  void TearDown() override { QApplication::setPalette(before_); }
-
-  static void UseTextColor(const QColor& color) {
-    QPalette palette = QApplication::palette();
-    palette.setColor(QPalette::WindowText, color);
-    QApplication::setPalette(palette);
-  }
-
- private:
-  QPalette before_ = QApplication::palette();
-};
 
 QImage ImageOf(const QString& name, int size, QIcon::Mode mode = QIcon::Normal) {
   return Icon(name)
@@ -41,11 +22,10 @@ int Opacity(const QImage& image) {
   return sum;
 }
 
-TEST_F(Icons, EveryNameHasAPictureOfItsOwnAtTheSmallestSize) {
-  const QStringList names = IconNames();
-  EXPECT_EQ(names.size(), 23);
+TEST(Icons, EveryNameHasAPictureOfItsOwnAtTheSmallestSize) {
+  EXPECT_EQ(IconNames().size(), 23);
   QList<QImage> seen;
-  for (const QString& name : names) {
+  for (const QString& name : IconNames()) {
     const QImage image = ImageOf(name, 16);
     ASSERT_EQ(image.size(), QSize(16, 16)) << name.toStdString();
     EXPECT_GT(Opacity(image), 16 * 255) << name.toStdString();
@@ -55,29 +35,29 @@ TEST_F(Icons, EveryNameHasAPictureOfItsOwnAtTheSmallestSize) {
   EXPECT_TRUE(Icon("no-such-icon").isNull());
 }
 
-TEST_F(Icons, StrokesFollowThePaletteAlsoWhenItChanges) {
+TEST(Icons, StrokesFollowThePaletteAndAccentsDoNot) {
+  const QPalette before = QApplication::palette();
   const QIcon close = Icon("close");
   for (const QColor& color : {QColor(Qt::black), QColor(0xEE, 0xEE, 0xEE)}) {
-    UseTextColor(color);
+    QPalette palette = before;
+    palette.setColor(QPalette::WindowText, color);
+    QApplication::setPalette(palette);
     EXPECT_EQ(close.pixmap(24, 24).toImage().pixelColor(12, 12), color);
+    const QColor edge = ImageOf("critical", 48).pixelColor(24, 6);
+    EXPECT_GT(edge.red(), 200);
+    EXPECT_LT(edge.green(), 120);
   }
+  QApplication::setPalette(before);
 }
 
-TEST_F(Icons, MessageIconsKeepTheirAccentOnAnyPalette) {
-  UseTextColor(Qt::white);
-  const QColor edge = ImageOf("critical", 48).pixelColor(24, 6);
-  EXPECT_GT(edge.red(), 200);
-  EXPECT_LT(edge.green(), 120);
-}
-
-TEST_F(Icons, ADisabledIconIsTheSameButFainter) {
+TEST(Icons, ADisabledIconIsTheSameButFainter) {
   const int enabled = Opacity(ImageOf("print", 24));
   const int disabled = Opacity(ImageOf("print", 24, QIcon::Disabled));
   EXPECT_LT(disabled, enabled / 2);
   EXPECT_GT(disabled, enabled / 4);
 }
 
-TEST_F(Icons, AScaledScreenGetsAllItsPixels) {
+TEST(Icons, AScaledScreenGetsAllItsPixels) {
   const QPixmap pixmap = Icon("find").pixmap(QSize(24, 24), 2);
   EXPECT_EQ(pixmap.size(), QSize(48, 48));
   EXPECT_EQ(pixmap.devicePixelRatio(), 2);
@@ -88,8 +68,7 @@ TEST_F(Icons, AScaledScreenGetsAllItsPixels) {
   QPainter painter(&screen);
   Icon("find").paint(&painter, QRect(0, 0, 24, 24));
   painter.end();
-  QImage expected = pixmap.toImage().convertToFormat(screen.format());
-  EXPECT_EQ(screen, expected);
+  EXPECT_EQ(screen, pixmap.toImage().convertToFormat(screen.format()));
 }
 
 }  // namespace

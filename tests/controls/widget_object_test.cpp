@@ -2,20 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDateEdit>
-#include <QDialog>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QRadioButton>
-#include <QSpinBox>
 #include <QTest>
+#include <QtWidgets>
 #include <memory>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "controls/Button.h"
@@ -51,23 +42,18 @@ TEST(WidgetObject, KindsAndDefaultMembersAreThePublishedOnes) {
   Button button("&h");
   QDialog form;
   form.setWindowTitle("i");
-  struct Case {
-    QWidget& widget;
-    const char* type_name;
-    const char* text;
-    const char* member;
-    const char* lacking;
-  };
-  const std::vector<Case> cases = {{line, "TextBox", "a", "text", "Caption"},
-                                   {plain, "TextBox", "b", "TEXT", "Caption"},
-                                   {combo, "ComboBox", "c", "Text", "Caption"},
-                                   {date, "DTPicker", "2026-04-01", "Text", "Caption"},
-                                   {check, "CheckBox", "&d", "caption", "Text"},
-                                   {option, "OptionButton", "e", "Caption", "Text"},
-                                   {label, "Label", "f", "Caption", "Text"},
-                                   {frame, "Frame", "g", "Caption", "Text"},
-                                   {button, "CommandButton", "&h", "Caption", "Text"},
-                                   {form, "Form", "i", "Caption", "Text"}};
+  // The kind, its text, the member that holds it and the one that there is not.
+  const std::vector<std::tuple<QWidget&, const char*, const char*, const char*, const char*>>
+      cases = {{line, "TextBox", "a", "text", "Caption"},
+               {plain, "TextBox", "b", "TEXT", "Caption"},
+               {combo, "ComboBox", "c", "Text", "Caption"},
+               {date, "DTPicker", "2026-04-01", "Text", "Caption"},
+               {check, "CheckBox", "&d", "caption", "Text"},
+               {option, "OptionButton", "e", "Caption", "Text"},
+               {label, "Label", "f", "Caption", "Text"},
+               {frame, "Frame", "g", "Caption", "Text"},
+               {button, "CommandButton", "&h", "Caption", "Text"},
+               {form, "Form", "i", "Caption", "Text"}};
   for (const auto& [widget, type_name, text, member, lacking] : cases) {
     const auto object = WidgetObject(widget);
     EXPECT_EQ(object->TypeName(), type_name);
@@ -105,38 +91,22 @@ TEST(WidgetObject, TextIsWrittenThroughTheFieldsOwnRules) {
   EXPECT_EQ(date.date(), QDate(2027, 3, 31));
 }
 
-TEST(WidgetObject, PlacesAndSizesAreTwips) {
+TEST(WidgetObject, PlacesAreTwipsAndStatesAndColoursTheControlsOwn) {
   QWidget form;
   QLabel label(&form);
-  Put(label, "Left", 150);
-  Put(label, "Top", 1440);
-  Put(label, "Width", 2580);
-  Put(label, "Height", 300);
-  EXPECT_EQ(label.geometry(), QRect(10, 96, 172, 20));
-  EXPECT_EQ(Get(label, "Width"), Value(2580));
-  EXPECT_EQ(Get(label, "Top"), Value(1440));
-}
-
-TEST(WidgetObject, VisibleAndEnabledAreTheControlsOwn) {
-  QWidget form;
-  QLineEdit edit(&form);
   form.setEnabled(false);
-  EXPECT_EQ(Get(edit, "Visible"), Value(true));
-  EXPECT_EQ(Get(edit, "Enabled"), Value(true));
-  Put(edit, "Visible", false);
-  Put(edit, "Enabled", false);
-  EXPECT_EQ(Get(edit, "Visible"), Value(false));
-  EXPECT_EQ(Get(edit, "Enabled"), Value(false));
-  EXPECT_TRUE(edit.isHidden());
-}
-
-TEST(WidgetObject, ColoursAreSeenOnTheScreenAndReadBack) {
-  QLabel label("x");
-  Put(label, "BackColor", 0x00FF00);
-  Put(label, "ForeColor", 0x0000FF);
+  EXPECT_EQ(Get(label, "Visible"), Value(true));
+  EXPECT_EQ(Get(label, "Enabled"), Value(true));
+  const std::vector<std::pair<const char*, Value>> members = {
+      {"Left", 150},      {"Top", 1440},      {"Width", 2580},         {"Height", 300},
+      {"Visible", false}, {"Enabled", false}, {"BackColor", 0x00FF00}, {"ForeColor", 0x0000FF}};
+  for (const auto& [member, value] : members) {
+    Put(label, member, value);
+    EXPECT_EQ(Get(label, member), value) << member;
+  }
+  EXPECT_EQ(label.geometry(), QRect(10, 96, 172, 20));
+  EXPECT_TRUE(label.isHidden());
   EXPECT_EQ(label.grab().toImage().pixelColor(0, 0), QColor(Qt::green));
-  EXPECT_EQ(Get(label, "ForeColor"), Value(0x0000FF));
-
   Button button("x");
   Put(button, "BackColor", -2147483633);
   EXPECT_EQ(button.BackColor(), system_color::kButtonFace);
@@ -174,12 +144,11 @@ TEST(WidgetObject, SetFocusGivesTheFocusOrTellsThatItCannot) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
   const auto object = WidgetObject(second);
   Arguments none;
-  object->Call(object->Resolve("SetFocus"), none);
+  const auto set_focus = [&] { object->Call(object->Resolve("SetFocus"), none); };
+  set_focus();
   EXPECT_TRUE(second.hasFocus());
-
   second.setEnabled(false);
-  const auto refuse = [&] { object->Call(object->Resolve("SetFocus"), none); };
-  EXPECT_EQ(ErrorOf(refuse).Number(), error_number::kInvalidProcedureCall);
+  EXPECT_EQ(ErrorOf(set_focus).Number(), error_number::kInvalidProcedureCall);
 }
 
 TEST(WidgetObject, AWidgetThatIsGoneGivesError91) {

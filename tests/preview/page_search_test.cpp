@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "preview/case_folding.h"
 #include "preview/search_window.h"
 #include "support/naive_search.h"
 #include "support/test_folder.h"
@@ -15,25 +16,17 @@
 namespace kel {
 namespace {
 
-struct Place {
-  LineNumber line = 0;
-  Cells column = 0;
-  Cells cells = 0;
-  bool operator==(const Place&) const = default;
-};
-
-void PrintTo(const Place& place, std::ostream* out) {
-  *out << place.line << ':' << place.column << '+' << place.cells;
-}
+using Place = testing::NaivePlace;
 
 class PageSearchTest : public ::testing::Test {
  protected:
   void Write(std::string_view content) { testing::WriteFile(path, content); }
 
-  Place Find(std::string_view text, LineNumber line = 1, Cells after_column = 0,
+  Place Find(std::string_view text, std::int64_t line = 1, std::int64_t after_column = 0,
              std::size_t block_size = kSearchBlockSize) {
     PageFileReader reader(path);
-    const auto match = FindMatch(reader, SearchText(text), line, after_column, block_size);
+    const auto match =
+        FindMatch(reader, SearchText(text), line, static_cast<Cells>(after_column), block_size);
     return match ? Place{match->line, match->column, match->cells} : Place{};
   }
 
@@ -74,43 +67,29 @@ TEST_F(PageSearchTest, CodesArePassedOverInTheirOrder) {
       "c\n");
   EXPECT_EQ(Find("ab"), Place{});
   EXPECT_EQ(Find("a\x1b-8b"), (Place{1, 1, 4}));
-  EXPECT_EQ(Find("b\x1b"
-                 "c"),
-            (Place{1, 4, 2}));
+  EXPECT_EQ(Find("b\x1b\x63"), (Place{1, 4, 2}));
+  Write("世界 \xff!");
+  EXPECT_EQ(Find("界"), (Place{1, 3, 2}));
+  EXPECT_EQ(Find("\xff!"), (Place{1, 6, 2}));
+  EXPECT_EQ(Find("\x96"), Place{});  // inside of a character
 }
 
 TEST_F(PageSearchTest, CharactersAreComparedBySimpleCaseFolding) {
-  for (const auto& [line, text] :
-       std::vector<std::pair<std::string, std::string>>{{"ÉTÉ", "été"},
-                                                        {"ΟΔΟΣ", "οδος"},
-                                                        {"οδός", "ΟΔΌΣ"},
-                                                        {"\u212a", "k"},
-                                                        {"kilo", "\u212aILO"},
-                                                        {"ma\u017ft", "MAST"},
-                                                        {"Ñ", "ñ"},
-                                                        {"ШАПКА", "шапка"},
-                                                        {"ϑ", "\u03f4"},
-                                                        {"नकद खाता", "नकद खाता"},
-                                                        {"ǅ", "ǆ"},
-                                                        {"STRAßE", "straẞe"}}) {
+  using Pairs = std::vector<std::pair<std::string, std::string>>;
+  const Pairs same = {{"ÉTÉ", "été"},  {"ΟΔΟΣ", "οδος"},         {"οδός", "ΟΔΌΣ"},
+                      {"\u212a", "k"}, {"kilo", "\u212aILO"},    {"ma\u017ft", "MAST"},
+                      {"Ñ", "ñ"},      {"ШАПКА", "шапка"},       {"ϑ", "\u03f4"},
+                      {"ǅ", "ǆ"},      {"नकद खाता", "नकद खाता"}, {"STRAßE", "straẞe"}};
+  for (const auto& [line, text] : same) {
     Write("..\n" + line);
     EXPECT_EQ(Find(text).line, 2) << line;
   }
   // Letters whose case is a language's own, and letters that are none.
-  for (const auto& [line, text] : std::vector<std::pair<std::string, std::string>>{
-           {"ı", "i"}, {"İ", "i"}, {"ß", "ss"}, {"é", "e"}, {"[", "{"}, {"@", "`"}}) {
+  for (const auto& [line, text] :
+       Pairs{{"ı", "i"}, {"İ", "i"}, {"ß", "ss"}, {"é", "e"}, {"[", "{"}, {"@", "`"}}) {
     Write(line);
     EXPECT_EQ(Find(text), Place{}) << line;
   }
-}
-
-TEST_F(PageSearchTest, ColumnsAreCellsOfWholeGraphemes) {
-  Write("世界 Cafe\u0301 \xff!");
-  EXPECT_EQ(Find("界"), (Place{1, 3, 2}));
-  EXPECT_EQ(Find("cafe"), (Place{1, 6, 4}));
-  EXPECT_EQ(Find("\u0301 "), (Place{1, 9, 2}));
-  EXPECT_EQ(Find("\xff!"), (Place{1, 11, 2}));
-  EXPECT_EQ(Find("\x96"), Place{});  // inside of a character
 }
 
 TEST_F(PageSearchTest, TheEmptyTextAndLineEndsAreFoundNowhere) {
@@ -119,27 +98,21 @@ TEST_F(PageSearchTest, TheEmptyTextAndLineEndsAreFoundNowhere) {
 }
 
 TEST_F(PageSearchTest, AMatchAcrossTheBlocksOfAFileIsFound) {
-  const std::string filler = "some line of a report\r\n";
   std::string content;
-  while (content.size() < 1'000'000) content += filler;
+  while (content.size() < 1'000'000) content += "some line of a report\r\n";
   for (std::size_t place = 262'144 - 30; place < 262'144 + 30; ++place) {
     std::string with = content;
     with.replace(place, 6, "ne\033Eed");
     Write(with);
     const std::string before = with.substr(0, place);
-    const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-    EXPECT_EQ(Find("NEED").line, line) << place;
+    EXPECT_EQ(Find("NEED").line, std::count(before.begin(), before.end(), '\n') + 1) << place;
   }
 }
 
 TEST_F(PageSearchTest, ALineLongerThanABlockIsSearchedInPieces) {
-  for (const auto& [unit, unit_cells] :
-       std::vector<std::pair<std::string, Cells>>{{"0123456789", 10},
-                                                  {"खाता ", 3},
-                                                  {"世", 2},
-                                                  {"\033Ea\x01\033F", 1},
-                                                  {"\x01", 0},
-                                                  {"\x1b-1\x1b-0", 0}}) {
+  const std::vector<std::pair<std::string, Cells>> units = {
+      {"0123456789", 10}, {"खाता ", 3}, {"\033Ea\x01\033F", 1}, {"\x01", 0}, {"\x1b-1\x1b-0", 0}};
+  for (const auto& [unit, unit_cells] : units) {
     std::string content = "start ";
     Cells column = 7;
     for (; content.size() < 600'000; column += unit_cells) content += unit;
@@ -170,64 +143,39 @@ TEST_F(PageSearchTest, TheWindowNeverHoldsMoreThanABlock) {
   EXPECT_GT(windows, 10U);
 }
 
-// Pieces of which random texts are made, each with what it folds to; codes and bytes that are no
-// UTF-8 among them.
-const std::vector<std::pair<std::string, std::string>>& Pieces() {
-  static const std::vector<std::pair<std::string, std::string>> pieces = {
-      {"k", "k"},       {"K", "k"},       {"\u212a", "k"},     {"s", "s"},       {"S", "s"},
-      {"\u017f", "s"},  {"é", "é"},       {"É", "é"},          {"θ", "θ"},       {"ϑ", "θ"},
-      {"\u03f4", "θ"},  {"न", "न"},       {"ा", "ा"},          {"世", "世"},     {"1", "1"},
-      {"-", "-"},       {" ", " "},       {"E", "e"},          {"e", "e"},       {"F", "f"},
-      {"f", "f"},       {"\033E", ""},    {"\033F", ""},       {"\x1b-1", ""},   {"\x1b-0", ""},
-      {"\x1b", "\x1b"}, {"\x01", "\x01"}, {"\x0c", "\x0c"},    {"\xff", "\xff"}, {"\xc3", "\xc3"},
-      {"\xa9", "\xa9"}, {"\r", "\r"},     {"\u0301", "\u0301"}};
-  return pieces;
-}
-
-// The longest piece, else a byte alone.
-testing::NaiveCharacter FirstCharacter(std::string_view text) {
-  testing::NaiveCharacter first{std::string(text.substr(0, 1)), 0};
-  for (const auto& [piece, folded] : Pieces()) {
-    const bool longer = piece.size() > first.bytes;
-    if (!folded.empty() && longer && text.substr(0, piece.size()) == piece) {
-      first = {folded, piece.size()};
-    }
-  }
-  first.bytes = std::max<std::size_t>(first.bytes, 1);
-  return first;
-}
-
-std::string RandomText(std::mt19937& random, std::size_t pieces, int line_ends) {
+std::string RandomText(std::mt19937& random, std::size_t pieces, std::size_t line_ends) {
+  // Codes and bytes that are no UTF-8 among them; the line ends last.
+  static const std::vector<std::string> kPieces = {
+      "k",      "K",     "\u212a", "s",      "S",      "\u017f", "é",    "É",    "θ",    "ϑ",
+      "\u03f4", "न",     "ा",      "世",     "1",      "-",      " ",    "E",    "e",    "F",
+      "f",      "\033E", "\033F",  "\x1b-1", "\x1b-0", "\x1b",   "\x01", "\x0c", "\xff", "\xc3",
+      "\xa9",   "\r",    "\u0301", "\n",     "\n",     "\n",     "\n"};
   std::string text;
-  while (pieces-- > 0) {
-    const std::size_t pick = random() % (Pieces().size() + static_cast<std::size_t>(line_ends));
-    text += pick < Pieces().size() ? Pieces()[pick].first : "\n";
-  }
+  while (pieces-- > 0) text += kPieces[random() % (kPieces.size() - 4 + line_ends)];
   return text;
+}
+
+testing::NaiveCharacter FirstCharacter(std::string_view text) {
+  const Character first = FoldedCharacter(text);
+  return {std::to_string(first.value), first.bytes};
 }
 
 TEST_F(PageSearchTest, RandomTextsAreFoundWhereASimpleSearchFindsThem) {
   constexpr std::size_t kSmallBlock = 1;  // as small as it goes, so that many blocks meet
   std::mt19937 random(20);                // NOLINT: the same texts each time
-  for (int round = 0; round < 150; ++round) {
-    const std::string content = RandomText(random, 1500, round % 3 * 2);
+  for (unsigned round = 0; round < 150; ++round) {
+    const std::string content = RandomText(random, 1500, round % 3U * 2);
     Write(content);
     const testing::NaiveSearch naive(content, FirstCharacter);
     for (std::size_t length = 1; length <= 5; ++length) {
       const std::string text = RandomText(random, length, 0);
-      LineNumber line = 1;
-      Cells column = 0;
-      for (int matches = 0; matches < 10; ++matches) {
-        const Place found = Find(text, line, column, kSmallBlock);
-        const testing::NaivePlace expected = naive.Find(text, line, column);
-        ASSERT_EQ(found, (Place{expected.line, static_cast<Cells>(expected.column),
-                                static_cast<Cells>(expected.cells)}))
-            << "round " << round << " text " << ::testing::PrintToString(text) << " after " << line
-            << ':' << column;
-        ASSERT_EQ(Find(text, line, column), found);
-        if (found.line == 0) break;
-        line = found.line;
-        column = found.column;
+      Place last{1, 0, 0};
+      for (int matches = 0; matches < 10 && last.line > 0; ++matches) {
+        const Place expected = naive.Find(text, last.line, last.column);
+        ASSERT_EQ(Find(text, last.line, last.column, kSmallBlock), expected)
+            << round << ": " << ::testing::PrintToString(text);
+        ASSERT_EQ(Find(text, last.line, last.column), expected);
+        last = expected;
       }
     }
   }

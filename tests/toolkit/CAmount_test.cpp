@@ -18,10 +18,10 @@ struct Case {
 };
 
 void Check(const std::vector<Case>& cases) {
-  for (const Case& one : cases) {
-    double amount = one.amount;
-    EXPECT_EQ(CAmount().Words(amount), one.words) << one.amount;
-    EXPECT_EQ(amount, one.rounded.value_or(one.amount)) << one.amount;
+  for (auto [amount, words, rounded] : cases) {
+    const double given = amount;
+    EXPECT_EQ(CAmount().Words(amount), words) << given;
+    EXPECT_EQ(amount, rounded.value_or(given)) << given;
   }
 }
 

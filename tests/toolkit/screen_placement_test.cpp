@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
+#include <vector>
 
 #include "support/errors.h"
 
@@ -13,28 +14,14 @@ auto Edges(const RECT& rect) { return std::tuple(rect.Left, rect.Top, rect.Right
 
 TEST(ScreenPlacementTest, EveryMemberStandsWhereItsNameSays) {
   const RECT area{10, 20, 111, 221};  // 101 by 201
-  const auto corner = [&](AlignObject align) {
-    const RECT placed = AlignedRect(area, 40, 60, align);
-    EXPECT_EQ(std::tuple(placed.Right - placed.Left, placed.Bottom - placed.Top),
-              std::tuple(40, 60));
-    return std::tuple(placed.Left, placed.Top);
-  };
-  constexpr int kLeft = 10;
-  constexpr int kMiddle = 40;
-  constexpr int kRight = 71;
-  constexpr int kTop = 20;
-  constexpr int kCentre = 90;
-  constexpr int kBottom = 161;
-  EXPECT_EQ(corner(zurAlignLeftTop), std::tuple(kLeft, kTop));
-  EXPECT_EQ(corner(zurAlignLeftBottom), std::tuple(kLeft, kBottom));
-  EXPECT_EQ(corner(zurAlignRightTop), std::tuple(kRight, kTop));
-  EXPECT_EQ(corner(zurAlignRightBottom), std::tuple(kRight, kBottom));
-  EXPECT_EQ(corner(zurAlignCenterTop), std::tuple(kMiddle, kTop));
-  EXPECT_EQ(corner(zurAlignCenterLeft), std::tuple(kLeft, kCentre));
-  EXPECT_EQ(corner(zurAlignCenterRight), std::tuple(kRight, kCentre));
-  EXPECT_EQ(corner(zurAlignCenterBottom), std::tuple(kMiddle, kBottom));
-  EXPECT_EQ(corner(zurAlignCenter), std::tuple(kMiddle, kCentre));
-  EXPECT_EQ(AlignedRect(area, 500, 60, zurAlignRightTop).Left, kLeft) << "too wide";
+  const std::vector<std::tuple<AlignObject, int, int>> places = {
+      {zurAlignLeftTop, 10, 20},      {zurAlignLeftBottom, 10, 161},   {zurAlignRightTop, 71, 20},
+      {zurAlignRightBottom, 71, 161}, {zurAlignCenterTop, 40, 20},     {zurAlignCenterLeft, 10, 90},
+      {zurAlignCenterRight, 71, 90},  {zurAlignCenterBottom, 40, 161}, {zurAlignCenter, 40, 90}};
+  for (const auto& [align, left, top] : places) {
+    EXPECT_EQ(Edges(AlignedRect(area, 40, 60, align)), std::tuple(left, top, left + 40, top + 60));
+  }
+  EXPECT_EQ(AlignedRect(area, 500, 60, zurAlignRightTop).Left, 10) << "too wide";
 }
 
 TEST(ScreenPlacementTest, WireFramesTakeTheLargestEdgeDistanceInStepsOfTheFraction) {

@@ -7,7 +7,6 @@
 #include <QGuiApplication>
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
@@ -51,11 +50,10 @@ int main(int argc, char** argv) {
   } else {
     Ask();
   }
-  const char* const platform = std::getenv("QT_QPA_PLATFORM");
   std::printf("application %s\n", QCoreApplication::instance() == nullptr ? "none" : "made");
-  std::printf("platform %s\n", qPrintable(QGuiApplication::platformName()));
-  std::printf("screen %d\n", kel::HasScreen() ? 1 : 0);
-  std::printf("locale %s\n", std::setlocale(LC_ALL, nullptr));
-  std::printf("QT_QPA_PLATFORM %s\n", platform == nullptr ? "unset" : platform);
+  std::printf("platform %s\nscreen %d\nlocale %s\nQT_QPA_PLATFORM %s\n",
+              qPrintable(QGuiApplication::platformName()), kel::HasScreen() ? 1 : 0,
+              std::setlocale(LC_ALL, nullptr),
+              qPrintable(qEnvironmentVariable("QT_QPA_PLATFORM", "unset")));
   return 0;
 }

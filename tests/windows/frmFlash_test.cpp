@@ -6,9 +6,11 @@
 #include <QPainterPath>
 #include <QPointer>
 #include <QTest>
-#include <algorithm>
 #include <chrono>
+#include <set>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/modal_window.h"
@@ -36,14 +38,15 @@ class FrmFlashTest : public ::testing::Test {
     }
     return notes;
   }
-  static QWidget& Shown(const FlashRequest& request) {
-    const std::vector<QWidget*> before = Notes();
+  QWidget& Shown(const FlashRequest& request) {
     frmFlash::Show(request, kArea);
-    const std::vector<QWidget*> all = Notes();
-    return **std::find_if(all.begin(), all.end(), [&](QWidget* note) {
-      return std::find(before.begin(), before.end(), note) == before.end();
-    });
+    for (QWidget* const note : Notes()) {
+      if (seen_.insert(note).second) return *note;
+    }
+    throw std::runtime_error("no note came");
   }
+
+  std::set<QWidget*> seen_;
 };
 
 TEST_F(FrmFlashTest, TheSubjectStandsInBoldAboveTheMessageWithinTheMargins) {
@@ -57,11 +60,7 @@ TEST_F(FrmFlashTest, TheSubjectStandsInBoldAboveTheMessageWithinTheMargins) {
   EXPECT_FALSE(message.font().bold());
   EXPECT_EQ(note.width(), message.width() + 20);
   EXPECT_EQ(note.height(), message.geometry().bottom() + 1 + 5);
-}
-
-TEST_F(FrmFlashTest, WithoutASubjectTheMessageStartsAtTheTop) {
-  QWidget& note = Shown({"Saved", {}});
-  EXPECT_EQ(Child(note, "Message").pos(), QPoint(10, 5));
+  EXPECT_EQ(Child(Shown({"Saved", {}}), "Message").pos(), QPoint(10, 5));
 }
 
 TEST_F(FrmFlashTest, TheCornersAreRoundByFifteenPixels) {
@@ -104,14 +103,9 @@ TEST_F(FrmFlashTest, ItStandsWhereItIsAlignedAboveEverythingAndTakesNoFocus) {
 }
 
 TEST_F(FrmFlashTest, TheTimerTakesTheIntervalAndDestroysTheNoteAtItsFirstTick) {
-  struct Case {
-    std::chrono::milliseconds interval;
-    int timer;
-  };
-  for (const Case& c : {Case{3000ms, 3000}, Case{0ms, 1}, Case{-5ms, 1},
-                        Case{std::chrono::milliseconds::max(), 2147483647}}) {
-    QWidget& note = Shown({"Saved", {}, c.interval});
-    EXPECT_EQ(note.findChild<QTimer*>("tmr")->interval(), c.timer);
+  for (const auto& [interval, timer] : std::vector<std::pair<std::chrono::milliseconds, int>>{
+           {3000ms, 3000}, {-5ms, 1}, {std::chrono::milliseconds::max(), 2147483647}}) {
+    EXPECT_EQ(Shown({"Saved", {}, interval}).findChild<QTimer*>("tmr")->interval(), timer);
   }
   const QPointer<QWidget> note = &Shown({"Saved", {}, 1ms});
   EXPECT_TRUE(QTest::qWaitFor([&] { return note.isNull(); }));

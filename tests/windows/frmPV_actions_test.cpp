@@ -1,4 +1,5 @@
 // What the buttons open: printing, export, colours, the about window; and closing.
+#include <QAccessible>
 #include <QSignalSpy>
 
 #include "common/ole_color.h"
@@ -34,40 +35,40 @@ TEST_F(PreviewTest, WithoutSettingsTheSystemsColoursAreUsed) {
   EXPECT_EQ(settings_->Read("Preview", "ForeColor"), "-2147483640");
 }
 
-TEST_F(PreviewTest, ShiftWithTheArrowsGoesThroughTheColoursByKeyboard) {
+TEST_F(PreviewTest, ShiftWithTheArrowsGoesThroughTheColoursWhichAreToldByName) {
+  settings_->Write("Preview", "ForeColor", "1193046");  // red 0x56, green 0x34, blue 0x12
   Open();
+  const auto told = [&](const char* name, QAccessible::Text text) {
+    return QAccessible::queryAccessibleInterface(&Find(name))->text(text).toStdString();
+  };
+  EXPECT_EQ(told("BackColor", QAccessible::Name), "Back Color");
+  EXPECT_EQ(told("picBack", QAccessible::Name), "Page colour");
+  EXPECT_EQ(told("picFore", QAccessible::Name), "Text colour");
+  EXPECT_EQ(told("picFore", QAccessible::Description), "#563412");
   SearchFor("cash");
   Find("picBack").setFocus();
   Press(Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_EQ(Box("picBack").BackColor(), system_color::kWindowText);
+  EXPECT_EQ(told("picBack", QAccessible::Description), "Window Text");
   EXPECT_EQ(Pic().Colors().back, system_color::kWindowText);
   EXPECT_EQ(Pic().Page().match.cells, 0);
   Press(Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(told("picBack", QAccessible::Description), "Window Background");
   EXPECT_EQ(Pic().Colors().back, system_color::kWindowBackground);
 }
 
-TEST_F(PreviewTest, ExportGetsTheReportOrSaysThatThereIsNone) {
+TEST_F(PreviewTest, ExportGetsTheReportAndWhatFailsIsTold) {
   Open();
   Click("Export");
   ASSERT_EQ(desktop_->messages.size(), 1U);
   EXPECT_EQ(desktop_->messages[0].prompt, "Export is not available in this version.");
   EXPECT_EQ(desktop_->messages[0].title, window_->windowTitle().toStdString());
-  std::filesystem::path exported;
   CurrentPreviewHost().show_export = [&](const ReportSnapshot& report) {
-    exported = report.page_file;
-  };
-  Click("Export");
-  EXPECT_EQ(exported, report_.page_file);
-}
-
-TEST_F(PreviewTest, AFailureOfExportIsToldAndTheWindowStays) {
-  CurrentPreviewHost().show_export = [](const ReportSnapshot&) {
+    EXPECT_EQ(report.page_file, report_.page_file);
     throw Error(error_number::kDiskFull, "no room");
   };
-  Open();
   Click("Export");
-  ASSERT_EQ(desktop_->messages.size(), 1U);
-  EXPECT_EQ(desktop_->messages[0].prompt, "61 : no room");
+  ASSERT_EQ(desktop_->messages.size(), 2U);
+  EXPECT_EQ(desktop_->messages[1].prompt, "61 : no room");
   Click("Next");
   EXPECT_EQ(PageBox().text(), "2/3");
 }
@@ -99,15 +100,10 @@ TEST_F(PreviewTest, PrintPrintsTheReportOnShowWithItsOwnSettings) {
 
 TEST_F(PreviewTest, AboutIsShownFromTheButton) {
   Open();
-  QString shown;
-  Soon([&] {
-    QWidget* about = QApplication::activeModalWidget();
-    if (about == nullptr) return;
-    shown = about->objectName();
-    about->close();
-  });
+  bool shown = false;
+  WhenModal("frmAbout", [&](QWidget& about) { shown = about.close(); });
   Press(Qt::Key_T, Qt::ControlModifier);
-  EXPECT_EQ(shown, "frmAbout");
+  EXPECT_TRUE(shown);
 }
 
 TEST_F(PreviewTest, CtrlOClosesTheWindowOnce) {

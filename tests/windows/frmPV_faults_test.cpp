@@ -42,33 +42,16 @@ TEST_F(PreviewFaultTest, APageOfAFileThatIsGoneIsToldAndLogged) {
   EXPECT_EQ(desktop_->messages[0].icon, msgCritical);
   EXPECT_NE(Log().find(",[DLL->LoadPage],\r\n"), std::string::npos) << Log();
   EXPECT_NE(Notice().indexOf("report.rpt"), -1) << Notice().toStdString();
+  const QWidget& notice = Find("lblNotice");
+  EXPECT_GE(notice.height(), notice.fontMetrics().height());
+  EXPECT_EQ(notice.width(), Find("fme").width());
+  ASSERT_GE(desktop_->calls.size(), 2U);
+  EXPECT_EQ(desktop_->calls[desktop_->calls.size() - 2], "pointer");
   EXPECT_EQ(desktop_->calls.back(), "message");
   EXPECT_EQ(Find("picAnimate").accessibleName(), "Ready");
   EXPECT_TRUE(Find("fme").isVisible());
   EXPECT_EQ(PageBox().text(), "2/3");
   EXPECT_TRUE(IsEnabled("Previous"));
-  ExpectUsable();
-}
-
-TEST_F(PreviewFaultTest, ThePointerIsRestoredBeforeTheMessage) {
-  std::filesystem::remove(report_.page_file);
-  std::string last_pointer;
-  std::string at_message;
-  desktop_->on_call = [&](std::string_view call) {
-    if (call == "message") at_message = last_pointer;
-    last_pointer = call;
-  };
-  Click("Next");
-  EXPECT_EQ(at_message, "pointer");
-}
-
-TEST_F(PreviewFaultTest, ASearchInAFileThatIsGoneIsToldAndLogged) {
-  std::filesystem::remove(report_.page_file);
-  SearchFor("cash");
-  ASSERT_EQ(desktop_->messages.size(), 1U);
-  EXPECT_EQ(desktop_->messages[0].title, "Error Log");
-  EXPECT_NE(Log().find("[DLL->LoadPage]"), std::string::npos);
-  EXPECT_NE(Notice(), "");
   ExpectUsable();
 }
 
@@ -83,7 +66,10 @@ TEST_F(PreviewFaultTest, WhatIsNoFileInItsPlaceIsAFailureLikeAnyOther) {
     }
     Click(IsEnabled("Next") ? "Next" : "Previous");
     EXPECT_NE(Notice(), "");
+    std::filesystem::remove(TempFolder() / kErrorLogName);
     SearchFor("cash");
+    EXPECT_NE(Log().find("[DLL->LoadPage]"), std::string::npos);
+    EXPECT_NE(Notice(), "");
     EXPECT_EQ(desktop_->messages.size(), 2U);
     std::filesystem::remove(report_.page_file);
     ExpectUsable();
@@ -97,16 +83,6 @@ TEST_F(PreviewFaultTest, APageBeyondTheEndOfACutFileIsSaidToBeMissing) {
   EXPECT_TRUE(desktop_->messages.empty());
   window_->grab();
   ExpectUsable();
-}
-
-TEST_F(PreviewFaultTest, AFileWrittenAnewIsShownAsItIsNow) {
-  WritePages(report_.page_file, {{"first", ".", ".", ".", "."}, {"second", ".", ".", ".", "."}},
-             40);
-  Click("Next");
-  EXPECT_EQ(Pic().Page().TextOf(Pic().Page().runs.at(0)), " second");
-  SearchFor("cash");
-  ASSERT_EQ(desktop_->messages.size(), 1U);
-  EXPECT_EQ(desktop_->messages[0].prompt, "No more matching items found.");
 }
 
 TEST_F(PreviewFaultTest, MegabyteLinesAndGarbageAreDrawnWithoutHarm) {
@@ -172,23 +148,20 @@ TEST_F(PreviewFaultTest, AReportWithoutAPageOpensAsAFailure) {
 
 TEST_F(PreviewFaultTest, AHugePageIsPaintedOnlyWhereItIsSeen) {
   constexpr int kWidth = 32765;
-  std::string line(kWidth, '.');
-  line.replace(line.size() - 4, 4, "MMMM");
-  const Pages pages = {std::vector<std::string>(200, line)};
   while (IsEnabled("ZoomIn")) Click("ZoomIn");
+  const Pages pages = {std::vector<std::string>(200, std::string(kWidth, 'M'))};
   window_->ShowReport(WritePages(folder_ / "huge.rpt", pages, kWidth));
   HS().setValue(HS().maximum());
   Press(Qt::Key_End);
   const QImage shown = Find("fme").grab().toImage();
-  // The last letter is in view, near the lower right corner.
-  const QColor paper = shown.pixelColor(2, 2);
-  int dark = 0;
+  int dark = 0;  // near the lower right corner
   for (int x = shown.width() - 150; x < shown.width(); ++x) {
     for (int y = shown.height() - 100; y < shown.height(); ++y) {
-      if (shown.pixelColor(x, y).lightness() < 60 && paper.lightness() > 200) ++dark;
+      dark += shown.pixelColor(x, y).lightness() < 60 ? 1 : 0;
     }
   }
   EXPECT_GT(dark, 100);
+  EXPECT_LT(dark, 150 * 100 * 3 / 4);
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 // The tool bar on screens of every size: nothing of it is ever out of reach.
-#include <QAccessible>
-#include <ostream>
 #include <set>
 
 #include "windows/preview_fixture.h"
@@ -11,11 +9,14 @@ namespace {
 struct Screen {
   const char* name;
   QSize window;
-  int font_scale;
-  Qt::LayoutDirection direction;
+  int font_scale = 1;
+  Qt::LayoutDirection direction = Qt::LeftToRight;
 };
 
-void PrintTo(const Screen& screen, std::ostream* out) { *out << screen.name; }
+const std::vector<Screen> kScreens = {{"Wide", {1280, 720}},
+                                      {"Narrow", {480, 640}},
+                                      {"ScaledLargeFont", {683, 384}, 2},
+                                      {"ScaledRightToLeft", {683, 384}, 1, Qt::RightToLeft}};
 
 class ToolbarTest : public PreviewTest {
  protected:
@@ -43,90 +44,72 @@ class ToolbarTest : public PreviewTest {
            PlaceOf(Find(second)).center().y() <= a.bottom();
   }
 
+  void ExpectEveryControlInside() {
+    const QRect bar = PlaceOf(Find("tbrPV"));
+    EXPECT_TRUE(window_->rect().contains(bar));
+    for (const QWidget* control : ToolbarControls()) {
+      EXPECT_TRUE(bar.contains(PlaceOf(*control))) << control->objectName().toStdString();
+    }
+  }
+
+  void ExpectControlsSideBySide() {
+    ExpectEveryControlInside();
+    std::vector<QRect> taken;
+    for (const QWidget* control : ToolbarControls()) {
+      SCOPED_TRACE(control->objectName().toStdString());
+      const QRect place = PlaceOf(*control);
+      EXPECT_EQ(window_->childAt(place.center()), control);
+      EXPECT_EQ(place.size().expandedTo(control->minimumSizeHint()), place.size());
+      for (const QRect& other : taken) EXPECT_FALSE(place.intersects(other));
+      taken.push_back(place);
+    }
+    for (const QLabel* label : Find("tbrPV").findChildren<QLabel*>()) {
+      const QRect box = PlaceOf(*label->buddy());
+      const QRect text = PlaceOf(*label);
+      EXPECT_LE(std::abs(box.center().y() - text.center().y()), 1);
+      EXPECT_LE(box.united(text).width(), box.width() + text.width() + 4);
+    }
+    EXPECT_TRUE(IsInOneRow("BackColor", "picBack"));
+    EXPECT_TRUE(IsInOneRow("ForeColor", "picFore"));
+    EXPECT_TRUE(IsInOneRow("txtFind", "Find"));
+    EXPECT_GT(Find("fme").height(), Find("tbrPV").height()) << "the page has the most of it";
+  }
+
+  void ExpectTabInReadingOrder(Qt::LayoutDirection direction) {
+    Find("Print").setFocus();
+    std::set<const QWidget*> reached;
+    QRect last;
+    for (QWidget* at = QApplication::focusWidget(); at != &Pic();
+         at = QApplication::focusWidget()) {
+      SCOPED_TRACE(at->objectName().toStdString());
+      ASSERT_TRUE(reached.insert(at).second);
+      const QRect place = PlaceOf(*at);
+      const bool is_after =
+          direction == Qt::LeftToRight ? place.left() > last.right() : place.right() < last.left();
+      EXPECT_TRUE(last.isNull() || place.top() > last.bottom() || is_after);
+      EXPECT_GT(place.bottom(), last.top());
+      last = place;
+      Press(Qt::Key_Tab);
+    }
+    for (const QWidget* control : ToolbarControls()) {
+      const bool is_label = qobject_cast<const QLabel*>(control) != nullptr;
+      EXPECT_TRUE(is_label || reached.contains(control)) << control->objectName().toStdString();
+    }
+  }
+
   const QFont font_ = QApplication::font();
 };
 
-class ToolbarOnScreenTest : public ToolbarTest, public ::testing::WithParamInterface<Screen> {};
-
-TEST_P(ToolbarOnScreenTest, EveryControlIsInsideTheWindowAndOnNoOther) {
-  OpenOn(GetParam());
-  ASSERT_EQ(window_->size(), GetParam().window);
-  const QRect bar = PlaceOf(Find("tbrPV"));
-  EXPECT_TRUE(window_->rect().contains(bar));
-  std::vector<QRect> taken;
-  for (const QWidget* control : ToolbarControls()) {
-    SCOPED_TRACE(control->objectName().toStdString());
-    const QRect place = PlaceOf(*control);
-    EXPECT_TRUE(control->isVisible());
-    EXPECT_TRUE(bar.contains(place));
-    EXPECT_EQ(window_->childAt(place.center()), control);
-    EXPECT_GE(place.width(), control->minimumSizeHint().width());
-    EXPECT_GE(place.height(), control->minimumSizeHint().height());
-    for (const QRect& other : taken) EXPECT_FALSE(place.intersects(other));
-    taken.push_back(place);
-  }
-  EXPECT_TRUE(window_->grab().save(QString("frmPV_%1.png").arg(GetParam().name)));
-}
-
-TEST_P(ToolbarOnScreenTest, TabReachesEveryControlInReadingOrder) {
-  OpenOn(GetParam());
-  Find("Print").setFocus();
-  std::set<QString> reached;
-  QRect last;
-  for (QWidget* at = QApplication::focusWidget(); at != &Pic(); at = QApplication::focusWidget()) {
-    SCOPED_TRACE(at->objectName().toStdString());
-    ASSERT_TRUE(reached.insert(at->objectName()).second);
-    const QRect place = PlaceOf(*at);
-    const bool in_row = place.top() <= last.bottom();
-    const bool is_after = GetParam().direction == Qt::LeftToRight ? place.left() > last.right()
-                                                                  : place.right() < last.left();
-    EXPECT_TRUE(last.isNull() || !in_row || is_after);
-    EXPECT_GT(place.bottom(), last.top());
-    last = place;
-    Press(Qt::Key_Tab);
-  }
-  for (const QWidget* control : ToolbarControls()) {
-    if (qobject_cast<const QLabel*>(control) != nullptr) continue;
-    EXPECT_TRUE(reached.contains(control->objectName())) << control->objectName().toStdString();
+TEST_F(ToolbarTest, EveryControlIsInsideTheWindowOnNoOtherAndReachedByTabInReadingOrder) {
+  for (const Screen& screen : kScreens) {
+    SCOPED_TRACE(screen.name);
+    OpenOn(screen);
+    ASSERT_EQ(window_->size(), screen.window);
+    ExpectControlsSideBySide();
+    ExpectTabInReadingOrder(screen.direction);
+    EXPECT_TRUE(window_->grab().save(QString("frmPV_%1.png").arg(screen.name)));
   }
 }
-
-TEST_P(ToolbarOnScreenTest, BoxesStandBesideWhatBelongsToThem) {
-  OpenOn(GetParam());
-  for (const QLabel* label : Find("tbrPV").findChildren<QLabel*>()) {
-    const QRect box = PlaceOf(*label->buddy());
-    const QRect text = PlaceOf(*label);
-    EXPECT_LE(std::abs(box.center().y() - text.center().y()), 1);
-    EXPECT_LE(box.united(text).width(), box.width() + text.width() + 4);
-  }
-  EXPECT_TRUE(IsInOneRow("BackColor", "picBack"));
-  EXPECT_TRUE(IsInOneRow("ForeColor", "picFore"));
-  EXPECT_TRUE(IsInOneRow("txtFind", "Find"));
-}
-
-TEST_P(ToolbarOnScreenTest, ThePageHasTheRestOfTheWindow) {
-  OpenOn(GetParam());
-  const QRect bar = PlaceOf(Find("tbrPV"));
-  const QRect view = PlaceOf(Find("fme"));
-  EXPECT_EQ(bar.topLeft(), QPoint(0, 0));
-  EXPECT_EQ(bar.width(), window_->width());
-  EXPECT_EQ(view.top(), bar.bottom() + 1);
-  EXPECT_EQ(view.height(), window_->height() - bar.height() - HS().height());
-  EXPECT_NEAR(Pic().y(), (view.height() - Pic().height()) / 2.0, 1);
-  EXPECT_GT(view.height(), bar.height());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Screens, ToolbarOnScreenTest,
-    ::testing::Values(Screen{"Wide", {1280, 720}, 1, Qt::LeftToRight},
-                      Screen{"Small", {800, 600}, 1, Qt::LeftToRight},
-                      Screen{"Scaled", {683, 384}, 1, Qt::LeftToRight},
-                      Screen{"Narrow", {480, 640}, 1, Qt::LeftToRight},
-                      Screen{"WideLargeFont", {1280, 720}, 2, Qt::LeftToRight},
-                      Screen{"SmallLargeFont", {800, 600}, 2, Qt::LeftToRight},
-                      Screen{"ScaledLargeFont", {683, 384}, 2, Qt::LeftToRight},
-                      Screen{"ScaledRightToLeft", {683, 384}, 1, Qt::RightToLeft}),
-    [](const auto& screen) { return std::string(screen.param.name); });
 
 TEST_F(ToolbarTest, BoxesAreNarrowedBeforeAnotherRowBegins) {
   Open();
@@ -147,48 +130,21 @@ TEST_F(ToolbarTest, BoxesAreNarrowedBeforeAnotherRowBegins) {
 }
 
 TEST_F(ToolbarTest, AFontThatGrowsUnderAnOpenWindowMovesNothingOutOfReach) {
-  OpenOn({"", {800, 600}, 1, Qt::LeftToRight});
+  OpenOn({"", {800, 600}});
   const QWidget& bar = Find("tbrPV");
   const int one_row = bar.height();
   QFont large = font_;
   large.setPointSizeF(2 * font_.pointSizeF());
   QApplication::setFont(large);
   ASSERT_TRUE(QTest::qWaitFor([&] { return bar.height() > one_row; }));
-  for (const QWidget* control : ToolbarControls()) {
-    EXPECT_TRUE(PlaceOf(bar).contains(PlaceOf(*control))) << control->objectName().toStdString();
-  }
+  ExpectEveryControlInside();
 }
 
 TEST_F(ToolbarTest, TheWindowIsNeverTooNarrowForItsWidestGroup) {
   Open();
   window_->resize(1, 720);
   EXPECT_GT(window_->width(), 1);
-  for (const QWidget* control : ToolbarControls()) {
-    EXPECT_TRUE(window_->rect().contains(PlaceOf(*control))) << control->objectName().toStdString();
-  }
-}
-
-TEST_F(ToolbarTest, ColourBoxesTellWhatTheyAreForAndTheirColour) {
-  Open();
-  const auto told = [&](const char* name, QAccessible::Text text) {
-    return QAccessible::queryAccessibleInterface(&Find(name))->text(text).toStdString();
-  };
-  EXPECT_EQ(told("BackColor", QAccessible::Name), "Back Color");
-  EXPECT_EQ(told("picBack", QAccessible::Name), "Page colour");
-  EXPECT_EQ(told("picFore", QAccessible::Name), "Text colour");
-  EXPECT_EQ(told("picBack", QAccessible::Description), "Window Background");
-  EXPECT_EQ(told("picFore", QAccessible::Description), "Window Text");
-  Find("picBack").setFocus();
-  Press(Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_EQ(told("picBack", QAccessible::Description), "Window Text");
-  Press(Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_EQ(told("picBack", QAccessible::Description), "White");
-}
-
-TEST_F(ToolbarTest, AColourOfTheUsersOwnIsToldByItsNumber) {
-  settings_->Write("Preview", "ForeColor", "1193046");  // red 0x56, green 0x34, blue 0x12
-  Open();
-  EXPECT_EQ(Find("picFore").accessibleDescription(), "#563412");
+  ExpectEveryControlInside();
 }
 
 }  // namespace

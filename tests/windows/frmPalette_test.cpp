@@ -12,16 +12,11 @@ class PaletteTest : public PreviewTest {
  protected:
   // Opens the palette by a click on `control` and hands it to `use`.
   void WithPalette(const char* control, const std::function<void(QWidget&)>& use) {
-    bool used = false;
-    Soon([&] {
-      QWidget* palette = QApplication::activeModalWidget();
-      if (palette == nullptr) return;
-      used = palette->objectName() == "frmPalette";
-      use(*palette);
-      if (palette->isVisible()) palette->close();
+    WhenModal("frmPalette", [&](QWidget& palette) {
+      use(palette);
+      if (palette.isVisible()) palette.close();
     });
     Click(control);
-    EXPECT_TRUE(used);
   }
   static std::vector<ColorBox*> Cells(const QWidget& palette) {
     std::vector<ColorBox*> cells;
@@ -32,29 +27,29 @@ class PaletteTest : public PreviewTest {
   }
 };
 
-TEST_F(PaletteTest, AClickOnACellTakesItsColour) {
+TEST_F(PaletteTest, AClickOnACellTakesItsColourIfItIsAnother) {
   Open();
   SearchFor("cash");
-  OleColor clicked = 0;
-  WithPalette("picBack", [&](QWidget& palette) {
-    ColorBox* cell = Cells(palette).at(9);
-    clicked = cell->BackColor();
-    QTest::mouseClick(cell, Qt::LeftButton);
-    EXPECT_FALSE(palette.isVisible());
-  });
-  EXPECT_EQ(Box("picBack").BackColor(), clicked);
-  EXPECT_EQ(Pic().Colors().back, clicked);
+  const auto choose = [&](const char* control, std::size_t cell) {
+    OleColor colour = 0;
+    WithPalette(control, [&](QWidget& palette) {
+      colour = Cells(palette).at(cell)->BackColor();
+      QTest::mouseClick(Cells(palette).at(cell), Qt::LeftButton);
+      EXPECT_FALSE(palette.isVisible());
+    });
+    return colour;
+  };
+  choose("picBack", 0);
+  EXPECT_EQ(Pic().Page().match.cells, 4);
+  const OleColor back = choose("picBack", 9);
+  EXPECT_EQ(Box("picBack").BackColor(), back);
+  EXPECT_EQ(Pic().Colors().back, back);
   EXPECT_EQ(Pic().Colors().fore, system_color::kWindowText);
   EXPECT_EQ(Pic().Page().match.cells, 0);  // the page was drawn anew
-}
-
-TEST_F(PaletteTest, TheButtonsOpenThePaletteOfTheirBox) {
-  Open();
-  WithPalette("ForeColor",
-              [&](QWidget& palette) { QTest::mouseClick(Cells(palette).at(30), Qt::LeftButton); });
-  EXPECT_EQ(Pic().Colors().back, system_color::kWindowBackground);
-  EXPECT_EQ(Pic().Colors().fore, Box("picFore").BackColor());
-  EXPECT_NE(Pic().Colors().fore, system_color::kWindowText);
+  const OleColor fore = choose("ForeColor", 30);
+  EXPECT_NE(fore, system_color::kWindowText);
+  EXPECT_EQ(Pic().Colors().fore, fore);
+  EXPECT_EQ(Pic().Colors().back, back);
 }
 
 TEST_F(PaletteTest, AnyKeyClosesItWithTheColourAsItWas) {
@@ -67,14 +62,6 @@ TEST_F(PaletteTest, AnyKeyClosesItWithTheColourAsItWas) {
     });
     EXPECT_EQ(Box("picBack").BackColor(), system_color::kWindowBackground);
   }
-}
-
-TEST_F(PaletteTest, TheSameColourDoesNotDrawThePageAgain) {
-  Open();
-  SearchFor("cash");
-  WithPalette("picBack",
-              [&](QWidget& palette) { QTest::mouseClick(Cells(palette).at(0), Qt::LeftButton); });
-  EXPECT_EQ(Pic().Page().match.cells, 4);
 }
 
 TEST_F(PaletteTest, ItShowsTheSystemsColoursFirstAndMarksTheOneInUse) {
@@ -98,32 +85,26 @@ TEST_F(PaletteTest, ItShowsTheSystemsColoursFirstAndMarksTheOneInUse) {
   });
 }
 
-TEST_F(PaletteTest, ItStandsJustBelowItsBox) {
-  Open();
-  window_->move(10, 20);
-  WithPalette("picBack", [&](QWidget& palette) {
-    const QWidget& box = Find("picBack");
-    const QPoint below = window_->frameGeometry().topLeft() + box.mapTo(window_.get(), QPoint()) +
-                         QPoint(3, box.height() + 27);
-    const QRect screen = window_->screen()->availableGeometry();
-    const int furthest = screen.right() + 1 - palette.width();
-    EXPECT_EQ(palette.pos(), QPoint(std::min(below.x(), furthest), below.y()));
-  });
-}
-
-TEST_F(PaletteTest, ItStaysOnTheScreen) {
+TEST_F(PaletteTest, ItStandsJustBelowItsBoxAsFarAsTheScreenReaches) {
   Open();
   const QRect screen = window_->screen()->availableGeometry();
-  for (const QPoint corner : {QPoint(-3000, -3000), QPoint(3000, 3000)}) {
+  for (const QPoint corner : {QPoint(10, 20), QPoint(-3000, -3000), QPoint(3000, 3000)}) {
     window_->move(corner);
-    WithPalette("picFore",
-                [&](QWidget& palette) { EXPECT_TRUE(screen.contains(palette.frameGeometry())); });
+    WithPalette("picBack", [&](QWidget& palette) {
+      EXPECT_TRUE(screen.contains(palette.frameGeometry()));
+      const QWidget& box = Find("picBack");
+      const QPoint below = window_->frameGeometry().topLeft() + box.mapTo(window_.get(), QPoint()) +
+                           QPoint(3, box.height() + 27);
+      const int furthest = screen.right() + 1 - palette.width();
+      if (corner.y() != 20) return;
+      EXPECT_EQ(palette.pos(), QPoint(std::min(below.x(), furthest), below.y()));
+    });
   }
 }
 
 TEST_F(PaletteTest, AWindowDestroyedUnderItTakesItAlong) {
   Open();
-  Soon([&] { window_.reset(); });
+  WhenModal("frmPalette", [&](QWidget& /*palette*/) { window_.reset(); });
   Click("picBack");
   EXPECT_EQ(window_, nullptr);
 }

@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QDeadlineTimer>
-#include <QDialog>
-#include <QPlainTextEdit>
-#include <QPointer>
 #include <QTest>
-#include <QWindow>
+#include <QtWidgets>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "common/host.h"
 #include "platform/qt/qt_desktop.h"
@@ -63,42 +59,38 @@ class FrmSplashTest : public ::testing::Test {
   std::unique_ptr<WaitWindow> wait_;
 };
 
-TEST_F(FrmSplashTest, ItIsPaintedBeforeShowReturnsAndLeavesTheProgramItsWork) {
-  struct PaintSeen : QObject {
+TEST_F(FrmSplashTest, ItIsPaintedBeforeShowReturnsAndByEachStepThatBringsACaption) {
+  struct PaintCount : QObject {
     bool eventFilter(QObject* watched, QEvent* event) override {
-      seen |= event->type() == QEvent::Paint && watched->objectName() == "lbl";
+      paints += event->type() == QEvent::Paint && watched->objectName() == "lbl" ? 1 : 0;
       return false;
     }
-    bool seen = false;
-  } paint;
-  qApp->installEventFilter(&paint);
+    int paints = 0;
+  } count;
+  qApp->installEventFilter(&count);
   wait_->Show({false, "Preparing Pages...", 0, 10});
-  EXPECT_TRUE(paint.seen);
+  EXPECT_GT(count.paints, 0);
   EXPECT_TRUE(Window()->isVisible());
   EXPECT_EQ(Window()->windowModality(), Qt::NonModal);
   testing::SavePicture(*Window(), "frmSplash");
+  for (const char* const caption : {"One", "Two", "Three"}) {
+    const int before = count.paints;
+    wait_->Step(1, caption);
+    EXPECT_GT(count.paints, before) << caption;
+  }
 }
 
 TEST_F(FrmSplashTest, LabelBarAndStopAreThereAsAskedFor) {
-  struct Case {
-    WaitRequest request;
-    bool bar;
-    int label_width;  // pixels
-  };
-  for (const Case& c :
-       {Case{{false, "Reading", {}, {}}, false, 211}, Case{{true, {}, 5, {}}, true, 172},
-        Case{{true, {}, {}, 50}, true, 172}, Case{{false, {}, 1, 50}, true, 211}}) {
-    wait_->Show(c.request);
-    EXPECT_EQ(Bar().isVisible(), c.bar);
-    EXPECT_EQ(Label().width(), c.label_width);
-    EXPECT_EQ(Child(*Window(), "Pic").isVisible(), c.request.stop_button);
+  for (const WaitRequest& request : std::vector<WaitRequest>{
+           {false, "Reading", {}, {}}, {true, {}, 5, {}}, {true, {}, {}, 50}, {false, {}, 1, 50}}) {
+    wait_->Show(request);
+    const QWidget& stop = Child(*Window(), "Pic");
+    EXPECT_EQ(Bar().isVisible(), request.min || request.max);
+    EXPECT_EQ(Label().width(), request.stop_button ? 172 : 211);
+    EXPECT_EQ(stop.isVisible(), request.stop_button);
     EXPECT_EQ(Label().text(), "Reading");  // stays until there is another
-    const bool closable = Window()->windowFlags().testFlag(Qt::WindowCloseButtonHint);
-    EXPECT_EQ(closable, c.request.stop_button);
-    if (c.request.stop_button) {
-      const QRect label = Label().geometry();
-      EXPECT_FALSE(label.intersects(Child(*Window(), "Pic").geometry()));
-    }
+    EXPECT_EQ(Window()->windowFlags().testFlag(Qt::WindowCloseButtonHint), request.stop_button);
+    EXPECT_FALSE(stop.isVisible() && Label().geometry().intersects(stop.geometry()));
   }
 }
 
@@ -125,28 +117,13 @@ TEST_F(FrmSplashTest, EveryStepMovesTheBarHoweverSeldomItIsDrawn) {
   EXPECT_EQ(Bar().Value(), 10);
   for (int i = 0; i < 500; ++i) EXPECT_TRUE(wait_->Step(1, std::nullopt));
   EXPECT_EQ(Bar().Value(), 510);
+  Window()->hide();
   EXPECT_TRUE(wait_->Step(-600, "Back"));
+  EXPECT_TRUE(Window()->isVisible());
   EXPECT_EQ(Bar().Value(), 10);
   EXPECT_EQ(Label().text(), "Back");
   EXPECT_TRUE(wait_->Step(std::numeric_limits<std::int32_t>::max(), std::nullopt));
   EXPECT_EQ(Bar().Value(), 1000);
-}
-
-TEST_F(FrmSplashTest, ANewCaptionIsDrawnByTheStepThatBringsIt) {
-  struct PaintCount : QObject {
-    bool eventFilter(QObject* watched, QEvent* event) override {
-      paints += event->type() == QEvent::Paint && watched->objectName() == "lbl" ? 1 : 0;
-      return false;
-    }
-    int paints = 0;
-  } count;
-  wait_->Show({false, "Posting", 0, 10});
-  Label().installEventFilter(&count);
-  for (const char* const caption : {"One", "Two", "Three"}) {
-    const int before = count.paints;
-    wait_->Step(1, caption);
-    EXPECT_GT(count.paints, before) << caption;
-  }
 }
 
 // The program does nothing but step: whatever the press needs comes about in there.
@@ -156,7 +133,12 @@ TEST_F(FrmSplashTest, StopIsSeenBySteppingAloneAsOftenAsItIsPressed) {
     bool asked = false;
     AnswerStop(yes, [&](QWidget& box) {
       asked = true;
+      EXPECT_TRUE(wait_->Step(1, std::nullopt));  // from an event of the program's
+      EXPECT_FALSE(Window()->isVisible());
       EXPECT_EQ(box.windowTitle(), "Confirmation");
+      EXPECT_EQ(Child<QPlainTextEdit>(box, "Prompt").toPlainText(), "Stop?");
+      EXPECT_EQ(Child<Button>(box, "OK").Caption(), "&Yes");
+      EXPECT_EQ(Child(box, "Pic").accessibleName(), "Question");
     });
     ClickStop();
     const QDeadlineTimer deadline(5000);
@@ -164,61 +146,31 @@ TEST_F(FrmSplashTest, StopIsSeenBySteppingAloneAsOftenAsItIsPressed) {
     while (!asked && goes_on && !deadline.hasExpired()) goes_on = wait_->Step(1, std::nullopt);
     EXPECT_TRUE(asked);
     EXPECT_EQ(goes_on, !yes);
+    EXPECT_EQ(Window()->isVisible(), !yes);
   }
-}
-
-TEST_F(FrmSplashTest, AStepBringsAHiddenWindowBack) {
-  wait_->Show({});
-  Window()->hide();
-  EXPECT_TRUE(wait_->Step(1, std::nullopt));
+  EXPECT_FALSE(wait_->Step(1, std::nullopt));
+  wait_->Show({false, "Reading", {}, {}});
   EXPECT_TRUE(Window()->isVisible());
+  EXPECT_TRUE(wait_->Step(1, std::nullopt));
 }
 
-TEST_F(FrmSplashTest, OnlyAWindowWithStopLetsEventsThrough) {
+TEST_F(FrmSplashTest, OnlyAWindowWithStopLetsEventsThroughAndIsClosedByItsFrame) {
   int events = 0;
   QTimer source;
   source.setSingleShot(true);
   QObject::connect(&source, &QTimer::timeout, &source, [&] { ++events; });
-  wait_->Show({false, "Posting", 0, 10});
-  source.start();
-  wait_->Step(1, std::nullopt);
-  EXPECT_EQ(events, 0);
-  wait_->Show({true, "Posting", 0, 10});
-  events = 0;
-  source.start();
-  wait_->Step(1, std::nullopt);
-  EXPECT_EQ(events, 1);
-}
-
-TEST_F(FrmSplashTest, AConfirmedStopEndsTheWork) {
-  wait_->Show({true, "Posting", 0, 1000000});
-  AnswerStop(true, [](QWidget& box) {
-    EXPECT_FALSE(Window()->isVisible());
-    EXPECT_EQ(box.windowTitle(), "Confirmation");
-    EXPECT_EQ(Child<QPlainTextEdit>(box, "Prompt").toPlainText(), "Stop?");
-    EXPECT_EQ(Child<Button>(box, "OK").Caption(), "&Yes");
-    EXPECT_EQ(Child(box, "Pic").accessibleName(), "Question");
-  });
-  ClickStop();
-  EXPECT_TRUE(WorkIsStopped());
-  EXPECT_FALSE(Window()->isVisible());
-  EXPECT_FALSE(wait_->Step(1, std::nullopt));
-}
-
-TEST_F(FrmSplashTest, ADeniedStopShowsTheWindowAgainAndTheWorkGoesOn) {
-  wait_->Show({true, "Posting", 0, 1000000});
-  bool asked = false;
-  AnswerStop(false, [&](QWidget& /*box*/) {
-    asked = true;
-    EXPECT_TRUE(wait_->Step(1, std::nullopt));  // from an event of the program's
-    EXPECT_FALSE(Window()->isVisible());
-  });
-  ClickStop();
-  EXPECT_TRUE(QTest::qWaitFor([&] {
+  for (const bool stop : {false, true}) {
+    wait_->Show({stop, "Posting", 0, 10});
+    source.start();
+    wait_->Step(1, std::nullopt);
+    EXPECT_EQ(events, stop ? 1 : 0);
+    source.stop();
+    if (stop) continue;
+    EXPECT_FALSE(Window()->close());
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) QTest::keyClick(Window(), key);
+    EXPECT_TRUE(Window()->isVisible());
     EXPECT_TRUE(wait_->Step(1, std::nullopt));
-    return asked && QApplication::activeModalWidget() == nullptr;
-  }));
-  EXPECT_TRUE(Window()->isVisible());
+  }
 }
 
 TEST_F(FrmSplashTest, StopIsReachedByTheKeyboardAndByTheFrame) {
@@ -234,25 +186,6 @@ TEST_F(FrmSplashTest, StopIsReachedByTheKeyboardAndByTheFrame) {
     press();
     EXPECT_TRUE(WorkIsStopped());
   }
-}
-
-TEST_F(FrmSplashTest, WithoutStopTheFrameDoesNotCloseIt) {
-  wait_->Show({});
-  EXPECT_FALSE(Window()->close());
-  QTest::keyClick(Window(), Qt::Key_Return);
-  QTest::keyClick(Window(), Qt::Key_Escape);
-  EXPECT_TRUE(Window()->isVisible());
-  EXPECT_TRUE(wait_->Step(1, std::nullopt));
-}
-
-TEST_F(FrmSplashTest, AfterAStopTheWindowCanBeShownAnew) {
-  wait_->Show({true, "Posting", 0, 10});
-  AnswerStop(true);
-  ClickStop();
-  EXPECT_TRUE(WorkIsStopped());
-  wait_->Show({false, "Reading", {}, {}});
-  EXPECT_TRUE(Window()->isVisible());
-  EXPECT_TRUE(wait_->Step(1, std::nullopt));
 }
 
 TEST_F(FrmSplashTest, ItsOwnerMayDestroyItWhileItAsksAndWhileItSteps) {

@@ -3,15 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QScrollBar>
 #include <QTest>
-#include <QTimer>
-#include <QToolButton>
-#include <QWheelEvent>
-#include <functional>
+#include <QtWidgets>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -26,6 +19,7 @@
 #include "preview/frmPVPage.h"
 #include "preview/preview_commands.h"
 #include "preview/preview_host.h"
+#include "support/modal_window.h"
 #include "support/recording_desktop.h"
 #include "support/test_folder.h"
 
@@ -131,23 +125,11 @@ class PreviewTest : public ::testing::Test {
   void Type(QLineEdit& box, const QString& text) {
     box.setFocus();
     box.selectAll();
-    const bool on_keys = QString::fromLatin1(text.toLatin1()) == text;
-    if (on_keys) return QTest::keyClicks(&box, text);
-    QInputMethodEvent composed;
-    composed.setCommitString(text);
-    QApplication::sendEvent(&box, &composed);
+    QTest::keyClicks(&box, text);
   }
   void SearchFor(const QString& text) {
     Type(FindBox(), text);
     Press(Qt::Key_Return);
-  }
-
-  /// Runs `action` once the window that is about to be opened waits for the user.
-  void Soon(std::function<void()> action) {
-    QObject::disconnect(&soon_, nullptr, nullptr, nullptr);
-    QObject::connect(&soon_, &QTimer::timeout, qApp, std::move(action));
-    soon_.setSingleShot(true);
-    soon_.start(0);
   }
 
   /// What the page shows at a cell, without its neighbours.
@@ -163,7 +145,6 @@ class PreviewTest : public ::testing::Test {
   std::shared_ptr<SettingsStore> settings_ = std::make_shared<MemorySettingsStore>();
   ReportSnapshot report_;
   std::unique_ptr<frmPV> window_;
-  QTimer soon_;
 };
 
 }  // namespace kel::testing

@@ -53,7 +53,9 @@ bool IsStream(const std::filesystem::path& file) {
 
 bool IsDevice(const std::filesystem::path& file) {
   constexpr std::string_view kDevices = "/dev/";
-  return file.native().substr(0, kDevices.size()) == kDevices;
+  constexpr std::string_view kSharedMemory = "/dev/shm/";  // holds plain files
+  const std::string_view name = file.native();
+  return name.starts_with(kDevices) && !name.starts_with(kSharedMemory);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "setup/fitting_page.h"
+#include "controls/fitting_page.h"
 
 #include <QApplication>
 #include <QEvent>
