@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "engine/page_format.h"
+#include "engine/page_line.h"
 #include "engine/report_windows.h"
 #include "preview/page_index.h"
-#include "engine/page_line.h"
 
 namespace kel {
 
