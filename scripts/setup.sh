@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
   build-essential ca-certificates clang clang-format clang-tidy cmake cups-client cups-daemon fonts-dejavu-core
-  fonts-liberation fonts-lohit-deva git libbenchmark-dev libcairo2-dev libclang-rt-14-dev libfontconfig-dev
+  fonts-liberation fonts-lohit-deva fonts-lohit-gujr git libbenchmark-dev libcairo2-dev libclang-rt-14-dev libfontconfig-dev
   libfreetype-dev libgtest-dev libharfbuzz-dev libqt6svg6-dev libsqlite3-dev libutf8proc-dev ninja-build
   pkg-config poppler-utils python3 qt6-base-dev rapidjson-dev time xdotool xvfb
 )
