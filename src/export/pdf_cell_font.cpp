@@ -53,7 +53,7 @@ std::vector<CellGlyph> InOrderOfWords(std::vector<CellGlyph> cells) {
 
 }  // namespace
 
-CellFont::CellFont(const FontLook& look, std::optional<EmCell> cell) : fonts_(look) {
+PdfCellFont::PdfCellFont(const FontLook& look, std::optional<EmCell> cell) : fonts_(look) {
   TakePlainGlyphs();
   if (cell) {
     cell_ = *cell;
@@ -64,24 +64,25 @@ CellFont::CellFont(const FontLook& look, std::optional<EmCell> cell) : fonts_(lo
   TakePitch(cell_.width / WidestPlain());
 }
 
-CellFont::CellFont(const FontLook& look, const CellFont& like) : fonts_(look), cell_(like.cell_) {
+PdfCellFont::PdfCellFont(const FontLook& look, const PdfCellFont& like)
+    : fonts_(look), cell_(like.cell_) {
   TakePlainGlyphs();
   TakePitch(Fitting(WidestPlain() * like.stretch_, cell_.width) * like.stretch_);
 }
 
-void CellFont::TakePlainGlyphs() {
+void PdfCellFont::TakePlainGlyphs() {
   for (char c = kFirstPlain; c <= kLastPlain; ++c) {
     plain_.at(static_cast<unsigned char>(c)) = Face().GlyphOf(static_cast<char32_t>(c));
   }
 }
 
-DrawnFont& CellFont::Drawn() {
+DrawnFont& PdfCellFont::Drawn() {
   if (!drawn_) drawn_.emplace(cell_.width);
   return *drawn_;
 }
 
 // Each letter of a proportional font is fitted by itself.
-void CellFont::TakePitch(double stretch) {
+void PdfCellFont::TakePitch(double stretch) {
   constexpr double kNearly = 0.001;
   const double widest = WidestPlain();
   fixed_pitch_ = std::all_of(plain_.begin(), plain_.end(), [&](std::uint32_t glyph) {
@@ -90,7 +91,7 @@ void CellFont::TakePitch(double stretch) {
   stretch_ = fixed_pitch_ ? stretch : 1;
 }
 
-double CellFont::WidestPlain() const {
+double PdfCellFont::WidestPlain() const {
   double widest = 0;
   for (const std::uint32_t glyph : plain_) {
     if (glyph != 0) widest = std::max(widest, Face().AdvanceOf(glyph));
@@ -98,13 +99,13 @@ double CellFont::WidestPlain() const {
   return widest > 0 ? widest : kUsualWidth;
 }
 
-double CellFont::Baseline() const {
+double PdfCellFont::Baseline() const {
   const FontFace& face = Face();
   return (cell_.height - face.Ascent() - face.Descent()) / 2 + face.Ascent();
 }
 
-const std::vector<CellGlyph>& CellFont::Shaped(std::string_view text, Cells cells,
-                                               Direction direction) {
+const std::vector<CellGlyph>& PdfCellFont::Shaped(std::string_view text, Cells cells,
+                                                  Direction direction) {
   std::string key(text);
   const auto found = shaped_.find(key);
   if (found != shaped_.end()) return found->second;
@@ -112,7 +113,7 @@ const std::vector<CellGlyph>& CellFont::Shaped(std::string_view text, Cells cell
   return shaped_.emplace(std::move(key), Shape(text, cells, direction)).first->second;
 }
 
-std::vector<CellGlyph> CellFont::Shape(std::string_view text, Cells cells, Direction direction) {
+std::vector<CellGlyph> PdfCellFont::Shape(std::string_view text, Cells cells, Direction direction) {
   const std::string valid = TextForPdf(text);
   const ShapedText shaped = ShapeText(fonts_, valid, direction);
   if (shaped.clusters.empty()) return {};
@@ -125,7 +126,8 @@ std::vector<CellGlyph> CellFont::Shape(std::string_view text, Cells cells, Direc
   return {Whole(valid, shaped, squeeze, cells)};
 }
 
-CellFont::Squeeze CellFont::Fit(const ShapedText& shaped, Cells cells, Direction direction) const {
+PdfCellFont::Squeeze PdfCellFont::Fit(const ShapedText& shaped, Cells cells,
+                                      Direction direction) const {
   const double room = cells * cell_.width;
   const bool own =
       std::all_of(shaped.clusters.begin(), shaped.clusters.end(),
@@ -155,8 +157,8 @@ CellFont::Squeeze CellFont::Fit(const ShapedText& shaped, Cells cells, Direction
 }
 
 // The text as one glyph as wide as its cells.
-CellGlyph CellFont::Whole(const std::string& text, const ShapedText& shaped, const Squeeze& squeeze,
-                          Cells cells) {
+CellGlyph PdfCellFont::Whole(const std::string& text, const ShapedText& shaped,
+                             const Squeeze& squeeze, Cells cells) {
   GlyphDrawing drawing;
   drawing.advance = cells * cell_.width;
   for (const GlyphCluster& cluster : shaped.clusters) {
@@ -168,7 +170,7 @@ CellGlyph CellFont::Whole(const std::string& text, const ShapedText& shaped, con
 }
 
 // Each cluster for itself, in the font's own glyphs where these say all.
-std::vector<CellGlyph> CellFont::InClusters(const ShapedText& shaped, const Squeeze& squeeze) {
+std::vector<CellGlyph> PdfCellFont::InClusters(const ShapedText& shaped, const Squeeze& squeeze) {
   const bool letters = std::all_of(shaped.clusters.begin(), shaped.clusters.end(), IsOneLetter);
   std::vector<CellGlyph> cells;
   for (const GlyphCluster& cluster : shaped.clusters) {
@@ -187,8 +189,8 @@ std::vector<CellGlyph> CellFont::InClusters(const ShapedText& shaped, const Sque
 
 // What several characters make is a glyph for its first one and an empty glyph for each of the
 // others, because readers turn text from right to left round glyph by glyph.
-void CellFont::AppendDrawn(std::vector<CellGlyph>& cells, const GlyphCluster& cluster,
-                           const Squeeze& squeeze) {
+void PdfCellFont::AppendDrawn(std::vector<CellGlyph>& cells, const GlyphCluster& cluster,
+                              const Squeeze& squeeze) {
   const std::vector<std::string> characters = CharactersOf(cluster.text);
   const double left = squeeze.x + cluster.left * squeeze.narrowing;
   const double step = cluster.advance * squeeze.narrowing / static_cast<double>(characters.size());
@@ -206,7 +208,7 @@ void CellFont::AppendDrawn(std::vector<CellGlyph>& cells, const GlyphCluster& cl
   }
 }
 
-CellFont& CellFonts::Of(bool bold) {
+PdfCellFont& PdfCellFonts::Of(bool bold) {
   if (!bold) return plain_;
   if (!bold_) bold_.emplace(FontLook{look_.family, true, look_.italic}, plain_);
   return *bold_;

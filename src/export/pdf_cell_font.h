@@ -36,13 +36,13 @@ struct CellGlyph {
 };
 
 /// One look of a font in cells. The size is the caller's: all lengths are ems.
-class CellFont {
+class PdfCellFont {
  public:
   /// Without a cell the font's own is taken: its advance by its line height. Letters wider than the
   /// cell are drawn narrower; in a cell of the caller's they fill it.
-  explicit CellFont(const FontLook& look, std::optional<EmCell> cell = std::nullopt);
+  explicit PdfCellFont(const FontLook& look, std::optional<EmCell> cell = std::nullopt);
   /// A second look in the cells of the first.
-  CellFont(const FontLook& look, const CellFont& like);
+  PdfCellFont(const FontLook& look, const PdfCellFont& like);
 
   EmCell Cell() const { return cell_; }
   /// Of the line, from the top of the cell.
@@ -93,18 +93,18 @@ class CellFont {
 };
 
 /// The plain and the bold look of one font, in cells of one size.
-class CellFonts {
+class PdfCellFonts {
  public:
-  explicit CellFonts(FontLook look, std::optional<EmCell> cell = std::nullopt)
+  explicit PdfCellFonts(FontLook look, std::optional<EmCell> cell = std::nullopt)
       : look_(std::move(look)), plain_(look_, cell) {}
 
-  CellFont& Of(bool bold);
+  PdfCellFont& Of(bool bold);
   EmCell Cell() const { return plain_.Cell(); }
 
  private:
   FontLook look_;
-  CellFont plain_;
-  std::optional<CellFont> bold_;  // once asked for
+  PdfCellFont plain_;
+  std::optional<PdfCellFont> bold_;  // once asked for
 };
 
 }  // namespace kel

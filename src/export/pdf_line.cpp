@@ -97,7 +97,7 @@ void LinePainter::Draw(const PageText& page, const PageLine& line, LinePlace pla
       column = 0;
     }
     const Cells cells = std::max(last.column + last.cells - kGutter - column, 1);
-    CellFont& font = fonts_.Of(run.bold || look.bold);
+    PdfCellFont& font = fonts_.Of(run.bold || look.bold);
     if (run.plain) {
       DrawPlain(font, text, column);
     } else {
@@ -114,7 +114,7 @@ void LinePainter::Draw(const PageText& page, const PageLine& line, LinePlace pla
   Flush();
 }
 
-void LinePainter::DrawPlain(CellFont& font, std::string_view text, Cells column) {
+void LinePainter::DrawPlain(PdfCellFont& font, std::string_view text, Cells column) {
   const double cell = font.Cell().width * place_.size;
   const double baseline = place_.top + font.Baseline() * place_.size;
   double x = place_.left + column * cell;
@@ -146,7 +146,7 @@ void LinePainter::DrawPlain(CellFont& font, std::string_view text, Cells column)
   }
 }
 
-void LinePainter::DrawShaped(CellFont& font, std::string_view text, Cells column, Cells cells,
+void LinePainter::DrawShaped(PdfCellFont& font, std::string_view text, Cells column, Cells cells,
                              Direction direction) {
   if (text.empty()) return;
   const double size = place_.size;
@@ -165,7 +165,7 @@ void LinePainter::Append(std::string_view text, std::uint32_t glyph, double x, d
 }
 
 // A stroke through the line at `place`, in ems below the baseline; it stays in the line.
-void LinePainter::DrawStroke(const CellFont& font, double place, Cells column, Cells cells) {
+void LinePainter::DrawStroke(const PdfCellFont& font, double place, Cells column, Cells cells) {
   const double height = font.Face().StrokeHeight();
   const double lowest = font.Cell().height - font.Baseline() - height;
   const double y = font.Baseline() + std::min(place, lowest);
@@ -184,7 +184,7 @@ void LinePainter::Begin(cairo_font_face_t* font, const cairo_matrix_t& matrix) {
   batch_.matrix = matrix;
 }
 
-void LinePainter::BeginPlain(const CellFont& font) {
+void LinePainter::BeginPlain(const PdfCellFont& font) {
   Begin(font.Face().Drawn(), FontMatrix(font.PlainStretch(), 1, font.Face().Slant()));
 }
 

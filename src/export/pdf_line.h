@@ -34,7 +34,7 @@ Cells PaperWidth(const PageText& page, const PageLine& line);
 /// the divider between two columns.
 class LinePainter {
  public:
-  LinePainter(cairo_t* context, CellFonts& fonts) : context_(context), fonts_(fonts) {}
+  LinePainter(cairo_t* context, PdfCellFonts& fonts) : context_(context), fonts_(fonts) {}
 
   void Draw(const PageText& page, const PageLine& line, LinePlace place, LineLook look);
 
@@ -48,17 +48,17 @@ class LinePainter {
     std::vector<cairo_text_cluster_t> clusters;
   };
 
-  void DrawPlain(CellFont& font, std::string_view text, Cells column);
-  void DrawShaped(CellFont& font, std::string_view text, Cells column, Cells cells,
+  void DrawPlain(PdfCellFont& font, std::string_view text, Cells column);
+  void DrawShaped(PdfCellFont& font, std::string_view text, Cells column, Cells cells,
                   Direction direction);
-  void DrawStroke(const CellFont& font, double place, Cells column, Cells cells);
+  void DrawStroke(const PdfCellFont& font, double place, Cells column, Cells cells);
   void Begin(cairo_font_face_t* font, const cairo_matrix_t& matrix);
-  void BeginPlain(const CellFont& font);
+  void BeginPlain(const PdfCellFont& font);
   void Append(std::string_view text, std::uint32_t glyph, double x, double y);
   void Flush();
 
   cairo_t* context_;
-  CellFonts& fonts_;
+  PdfCellFonts& fonts_;
   LinePlace place_;
   Batch batch_;
 };

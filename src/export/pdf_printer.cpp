@@ -24,7 +24,7 @@ class PdfDocument : public PrinterDocument {
 
  private:
   PaperSize sheet_;
-  CellFonts fonts_;
+  PdfCellFonts fonts_;
   OutputFile file_;
   PdfCanvas canvas_;
   LinePainter painter_;

@@ -70,7 +70,7 @@ class PagePrinter {
 
   PaperSize sheet_;
   ReportType type_;
-  CellFonts fonts_;
+  PdfCellFonts fonts_;
   double size_;
   PdfCanvas canvas_;
   LinePainter painter_;

@@ -19,6 +19,6 @@ struct PortTarget {
 /// which becomes absolute. A device must exist, and a name without a folder must be one of a device
 /// or FIFO, so that a mistyped name does not become, or replace, a file somewhere. Throws Error 482
 /// as RequirePortName does, and for a name that is no port.
-PortTarget TargetOf(std::string_view port);
+PortTarget TargetOf(std::string_view name);
 
 }  // namespace kel
