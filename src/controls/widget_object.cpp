@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "common/error.h"
+#include "common/names.h"
 #include "common/twips.h"
 #include "controls/colors.h"
 #include "controls/widget_kind.h"
@@ -37,12 +38,6 @@ enum MemberName : Object::MemberId {
 constexpr std::array<std::string_view, kForeColor> kMemberNames = {
     "Name", "Tag",   "Caption", "Text",    "Parent",  "SetFocus",  "hWnd",     "Left",
     "Top",  "Width", "Height",  "Visible", "Enabled", "BackColor", "ForeColor"};
-
-bool SameName(std::string_view left, std::string_view right) {
-  return QLatin1String(left.data(), static_cast<qsizetype>(left.size()))
-             .compare(QLatin1String(right.data(), static_cast<qsizetype>(right.size())),
-                      Qt::CaseInsensitive) == 0;
-}
 
 [[noreturn]] void ThrowNoMember(const QWidget& widget, std::string_view member) {
   throw Error(error_number::kNoSuchMember,

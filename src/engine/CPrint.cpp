@@ -110,13 +110,13 @@ ReportRange WholeRange(GridSource& grid, const CallerRange& asked, PageNumber fi
           asked.col2 ? *asked.col2 : grid.LastCol(), first_page};
 }
 
-}  // namespace
-
 template <typename Port>
 Port& Required(const std::shared_ptr<Port>& port, const char* what) {
   if (port) return *port;
   throw Error(error_number::kPrinterError, std::string("this program has no ") + what);
 }
+
+}  // namespace
 
 struct CPrint::Impl {
   std::int32_t pages = 0;
@@ -142,8 +142,8 @@ struct CPrint::Impl {
   void PrintReport();
   void PrintKelFile();
   std::filesystem::path WholeReport() const;
-  // Prints a page file in the current mode. False when the user stopped it.
-  bool PrintPages(const std::filesystem::path& file);
+  // Prints a page file in the current mode.
+  void PrintPages(const std::filesystem::path& file);
   void SendToPort(const std::filesystem::path& file);
   bool SendToSystem(const std::filesystem::path& file, Links links, const std::string& title);
   std::string Title() const;  // of the prepared report, for its print job
@@ -323,10 +323,12 @@ std::filesystem::path CPrint::Impl::WholeReport() const {
   throw Error(error_number::kFileNotFound, "no report has been prepared");
 }
 
-bool CPrint::Impl::PrintPages(const std::filesystem::path& file) {
-  if (settings.mode != kTextMode) return SendToSystem(file, Links::kRefuse, Title());
-  SendToPort(file);
-  return true;
+void CPrint::Impl::PrintPages(const std::filesystem::path& file) {
+  if (settings.mode == kTextMode) {
+    SendToPort(file);
+  } else {
+    SendToSystem(file, Links::kRefuse, Title());
+  }
 }
 
 void CPrint::Impl::SendToPort(const std::filesystem::path& file) {
@@ -378,13 +380,10 @@ void CPrint::PrintKelFile() {
 
 void CPrint::Impl::PrintKelFile() {
   const std::filesystem::path file = WholeReport();
-  if (settings.mode != kTextMode) {
-    SendToSystem(file, Links::kRefuse, Title());
-    return;
-  }
   try {
-    SendToPort(file);
+    PrintPages(file);
   } catch (const Error&) {
+    if (settings.mode != kTextMode) throw;
     BuildPrintFiles();
     SendToPort(file);
   }

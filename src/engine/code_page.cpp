@@ -3,12 +3,12 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <memory>
 
 #include "common/control_codes.h"
 #include "common/error.h"
+#include "common/names.h"
 #include "common/text_cells.h"
 
 namespace kel {
@@ -29,12 +29,6 @@ constexpr std::array<Table, 5> kTables = {{{"none", nullptr},
                                            {"CP858", &kCp858},
                                            {"CP1252", &kCp1252}}};
 
-bool SameName(std::string_view left, std::string_view right) {
-  const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return lower(a) == lower(b); });
-}
-
 // The code point of a grapheme that is, or composes to, a single one; 0 otherwise.
 char32_t SinglePoint(std::string_view grapheme) {
   utf8proc_uint8_t* composed = nullptr;
@@ -46,13 +40,6 @@ char32_t SinglePoint(std::string_view grapheme) {
   if (size <= 0) return 0;
   utf8proc_int32_t point = 0;
   return utf8proc_iterate(composed, size, &point) == size ? static_cast<char32_t>(point) : 0;
-}
-
-bool IsInvalidByte(std::string_view grapheme) {
-  utf8proc_int32_t point = 0;
-  return grapheme.size() == 1 &&
-         utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(grapheme.data()), 1, &point) <
-             0;
 }
 
 // ESC and a letter, or ESC, "-" and a digit.
@@ -90,6 +77,10 @@ std::array<std::string_view, 5> CodePage::Names() {
 }
 
 void CodePage::AppendEncoded(std::string& out, std::string_view line) const {
+  if (IsNone()) {
+    out.append(line);
+    return;
+  }
   while (!line.empty()) {
     const auto* const ascii_end = std::find_if(line.begin(), line.end(), [](char c) {
       return static_cast<unsigned char>(c) >= kFirstByte;
@@ -98,7 +89,6 @@ void CodePage::AppendEncoded(std::string& out, std::string_view line) const {
     // A letter before a combining mark belongs to the grapheme; the last character of a code does
     // not.
     if (plain > 0 && plain < line.size() && !EndsInCode(line.substr(0, plain))) --plain;
-    if (IsNone()) plain = line.size();
     out.append(line.substr(0, plain));
     line.remove_prefix(plain);
     if (line.empty()) return;
@@ -109,11 +99,8 @@ void CodePage::AppendEncoded(std::string& out, std::string_view line) const {
 }
 
 void CodePage::AppendGrapheme(std::string& out, std::string_view grapheme, int cells) const {
-  if (static_cast<unsigned char>(grapheme.front()) < kFirstByte && grapheme.size() == 1) {
-    out.append(grapheme);
-    return;
-  }
-  if (IsInvalidByte(grapheme)) {
+  // ASCII, or what is no UTF-8.
+  if (grapheme.size() == 1) {
     out.append(grapheme);
     return;
   }

@@ -224,6 +224,12 @@ void PageText::Clear() {
   underline = false;
 }
 
+Cells PaperWidth(const PageText& page, const PageLine& line) {
+  if (line.runs == 0) return 0;
+  const TextRun& last = page.runs[line.first_run + line.runs - 1];
+  return std::max(last.column + last.cells - kGutter, 0);
+}
+
 void AppendRawLine(PageText& page, std::string_view line) {
   LineBuilder builder(page);
   if (TrimBlanks(line).empty()) return;

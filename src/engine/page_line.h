@@ -51,6 +51,12 @@ struct PageText {
   void Clear();
 };
 
+/// The blank cells that are put in front of every line; paper has none.
+inline constexpr Cells kGutter = 1;
+
+/// The cells of a line without the gutter.
+Cells PaperWidth(const PageText& page, const PageLine& line);
+
 /// What a page surface could ever show of one line.
 inline constexpr Cells kMostLineCells = 32767;
 

@@ -1,13 +1,13 @@
 #include "export/paper_geometry.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <string>
 #include <utility>
 
 #include "common/error.h"
+#include "common/names.h"
 #include "common/text_cells.h"
 
 namespace kel {
@@ -33,14 +33,6 @@ void CheckInches(double inches, double least, std::string_view what) {
                                                        "its borders and at most 200 inches");
 }
 
-bool IsPitchUnit(std::string_view text) {
-  constexpr std::string_view kUnit = "cpi";
-  return text.size() >= kUnit.size() &&
-         std::equal(kUnit.begin(), kUnit.end(), text.begin(), [](char unit, char c) {
-           return unit == std::tolower(static_cast<unsigned char>(c));
-         });
-}
-
 }  // namespace
 
 PaperSize SheetOf(double width, double height, bool portrait) {
@@ -60,8 +52,8 @@ TextPitch PitchOf(std::string_view character_set) {
   const auto [end, failure] = std::from_chars(name.data(), name.data() + name.size(), pitch);
   const std::string_view unit =
       TrimBlanks(name.substr(static_cast<std::size_t>(end - name.data())));
-  const bool is_pitch =
-      failure == std::errc() && IsPitchUnit(unit) && pitch >= 1 && pitch <= kMostPitch;
+  const bool is_pitch = failure == std::errc() && SameName(unit.substr(0, 3), "cpi") &&
+                        pitch >= 1 && pitch <= kMostPitch;
   if (!is_pitch) pitch = kDefaultPitch;
   return {std::min(kSizeTimesPitch / pitch, kHighestLetter), kPointsPerInch / pitch, kLineHeight};
 }

@@ -8,7 +8,6 @@
 namespace kel {
 namespace {
 
-constexpr Cells kGutter = 1;
 constexpr Cells kMostCellsBetweenWords = 3;
 
 // Whether `take` is true of the properties of every character; asks no further than it must.
@@ -76,12 +75,6 @@ RunGroup GroupFrom(const PageText& page, std::uint32_t first, std::uint32_t line
 }
 
 }  // namespace
-
-Cells PaperWidth(const PageText& page, const PageLine& line) {
-  if (line.runs == 0) return 0;
-  const TextRun& last = page.runs[line.first_run + line.runs - 1];
-  return std::max(last.column + last.cells - kGutter, 0);
-}
 
 void LinePainter::Draw(const PageText& page, const PageLine& line, LinePlace place, LineLook look) {
   place_ = place;

@@ -26,9 +26,6 @@ struct LineLook {
   bool strikethrough = false;
 };
 
-/// The cells of a line on paper, where it has no gutter.
-Cells PaperWidth(const PageText& page, const PageLine& line);
-
 /// Draws lines, every run in its cells. Text from right to left stands so in the cells that its
 /// words take together; a blank or two signs between words belong to it, but never the wider gap or
 /// the divider between two columns.

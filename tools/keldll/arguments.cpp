@@ -106,12 +106,4 @@ std::vector<std::string> SplitList(std::string_view text) {
   }
 }
 
-bool SameName(std::string_view left, std::string_view right) {
-  const auto lower = [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return lower(a) == lower(b); });
-}
-
 }  // namespace kel::command

@@ -73,7 +73,4 @@ Range ReadRange(std::string_view option, std::string_view text, std::int32_t lea
 /// The items of a list that is separated by commas, without blanks around them.
 std::vector<std::string> SplitList(std::string_view text);
 
-/// Equality without regard to the case of ASCII letters.
-bool SameName(std::string_view left, std::string_view right);
-
 }  // namespace kel::command

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/names.h"
 #include "common/numeric_value.h"
 #include "keldll/arguments.h"
 

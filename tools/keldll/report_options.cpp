@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "common/names.h"
 #include "common/text_cells.h"
 
 namespace kel::command {

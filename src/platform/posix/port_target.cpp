@@ -1,10 +1,10 @@
 #include "platform/posix/port_target.h"
 
-#include <cctype>
 #include <optional>
 #include <system_error>
 
 #include "common/error.h"
+#include "common/names.h"
 #include "common/text_cells.h"
 #include "engine/print_files.h"
 #include "engine/printer_port.h"
@@ -17,25 +17,21 @@ namespace {
               "cannot print to the port \"" + std::string(port) + "\": " + why);
 }
 
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return upper;
-}
-
 // The device of "LPT2:" by its prefix "LPT": the first one has number 0.
 std::optional<std::string> Device(std::string_view name, std::string_view prefix,
                                   const std::string& device) {
-  if (name.size() != prefix.size() + 1 || name.substr(0, prefix.size()) != prefix) return {};
+  if (name.size() != prefix.size() + 1 || !SameName(name.substr(0, prefix.size()), prefix)) {
+    return {};
+  }
   const char digit = name.back();
   if (digit < '1' || digit > '9') return {};
   return device + static_cast<char>(digit - 1);
 }
 
 std::optional<std::string> PublishedPort(std::string_view port) {
-  std::string name = UpperCase(port);
-  if (!name.empty() && name.back() == ':') name.pop_back();
-  if (name == "PRN") name = "LPT1";
+  std::string_view name = port;
+  if (!name.empty() && name.back() == ':') name.remove_suffix(1);
+  if (SameName(name, "PRN")) name = "LPT1";
   const auto parallel = Device(name, "LPT", "/dev/lp");
   return parallel ? parallel : Device(name, "COM", "/dev/ttyS");
 }

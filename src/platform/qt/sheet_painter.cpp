@@ -12,9 +12,6 @@
 namespace kel {
 namespace {
 
-// Cells that AppendRawLine puts in front of a line.
-constexpr Cells kGutter = 1;
-
 // Through the middle of small letters: parts of a cell's height.
 constexpr double kStrikePlace = 0.55;
 constexpr double kStrikeThickness = 0.05;
@@ -26,12 +23,6 @@ QColor PaperColor(std::int32_t ole_color) {
 
 // Sizes in points are turned into pixels with it, whatever is drawn on.
 double ScreenDotsPerInch() { return QImage(1, 1, QImage::Format_Mono).logicalDpiY(); }
-
-Cells EndOf(const PageText& page, const PageLine& line) {
-  if (line.runs == 0) return kGutter;
-  const TextRun& last = page.runs[line.first_run + line.runs - 1];
-  return last.column + last.cells;
-}
 
 std::string_view WithoutTrailingBlanks(std::string_view text) {
   return text.substr(0, text.find_last_not_of(' ') + 1);
@@ -73,7 +64,7 @@ QSizeF SheetPainter::Arrange(std::span<const PrintedLine> lines) {
   for (const PrintedLine& line : lines) {
     AppendRawLine(page_, WithoutTrailingBlanks(line.text));
     const QSizeF cell = FaceOf(line.points).Cell();
-    const Cells cells = EndOf(page_, page_.lines.back()) - kGutter;
+    const Cells cells = PaperWidth(page_, page_.lines.back());
     size.setWidth(std::max(size.width(), cells * cell.width()));
     size.setHeight(size.height() + cell.height());
   }
@@ -89,10 +80,9 @@ void SheetPainter::DrawLine(QPainter& painter, const CellPainter& face, const Pa
   }
   painter.translate(kGutter * cell.width(), 0);
   if (!flags_.strikethrough) return;
-  painter.fillRect(
-      QRectF(0, kStrikePlace * cell.height(), (EndOf(page_, line) - kGutter) * cell.width(),
-             kStrikeThickness * cell.height()),
-      color_);
+  painter.fillRect(QRectF(0, kStrikePlace * cell.height(), PaperWidth(page_, line) * cell.width(),
+                          kStrikeThickness * cell.height()),
+                   color_);
 }
 
 void SheetPainter::DrawRun(QPainter& painter, const CellPainter& face, const TextRun& run,
