@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words|preview|search|pdf|spool]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search|pdf|spool|recordset|toolkit]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -9,7 +9,7 @@ here="$root/benchmarks"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark \
-  spool_benchmark
+  spool_benchmark recordset_benchmark toolkit_benchmark
 build="$root/build/release"
 
 # Data and results lie on the memory file system, so that the disk takes no part.
@@ -106,6 +106,21 @@ spool_benchmark() {
   rm -r "$work/spool"
 }
 
-for name in "${@:-report layout words preview search pdf spool}"; do
+recordset_benchmark() {
+  local rows
+  for rows in 1000000 10000000; do
+    "$build/benchmarks/recordset_benchmark" make "$work/books.db" "$rows"
+    "$build/benchmarks/recordset_benchmark" run "$work/books.db"
+    rm "$work/books.db"
+  done
+}
+
+toolkit_benchmark() {
+  "$build/benchmarks/recordset_benchmark" make "$work/books.db" 200000
+  "$build/benchmarks/toolkit_benchmark" "$work/books.db"
+  rm "$work/books.db"
+}
+
+for name in "${@:-report layout words preview search pdf spool recordset toolkit}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

@@ -7,7 +7,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 seconds=${1:-60}
 cd "$root"
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --target grid_json_fuzz csv_fuzz page_file_fuzz preview_fuzz
+cmake --build --preset fuzz --target grid_json_fuzz csv_fuzz page_file_fuzz preview_fuzz \
+  condition_fuzz sql_rewrite_fuzz
 
 # On the memory file system: the targets write their input to a file each time.
 [ -w /dev/shm ] && export TMPDIR=/dev/shm
@@ -15,7 +16,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export TMPDIR="$work"
 passed=0 failed=0
-for name in grid_json csv page_file preview; do
+for name in grid_json csv page_file preview condition sql_rewrite; do
   mkdir "$work/$name"
   if "build/fuzz/fuzz/${name}_fuzz" -max_total_time="$seconds" -max_len=20000 -timeout=20 -rss_limit_mb=2048 \
     -print_final_stats=1 -artifact_prefix="build/fuzz/$name-" "$work/$name" "fuzz/corpus/$name" \

@@ -5,8 +5,9 @@ set -euo pipefail
 packages=(
   build-essential ca-certificates clang clang-format clang-tidy cmake cups-client cups-daemon fonts-dejavu-core
   fonts-liberation fonts-lohit-deva fonts-lohit-gujr git libbenchmark-dev libcairo2-dev libclang-rt-14-dev libfontconfig-dev
-  libfreetype-dev libgtest-dev libharfbuzz-dev libqt6svg6-dev libsqlite3-dev libutf8proc-dev ninja-build
-  pkg-config poppler-utils python3 qt6-base-dev rapidjson-dev time xdotool xvfb
+  libfreetype-dev libgtest-dev libharfbuzz-dev libqt6sql6-odbc libqt6sql6-psql libqt6svg6-dev libsqlite3-dev libsqliteodbc libutf8proc-dev
+  ninja-build odbc-postgresql odbcinst pkg-config poppler-utils postgresql python3 qt6-base-dev rapidjson-dev time unixodbc xdotool
+  xvfb
 )
 
 missing=()
@@ -18,5 +19,10 @@ done
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 echo "Installing: ${missing[*]}"
+if [[ " ${missing[*]} " == *" postgresql "* ]]; then
+  # Tests start servers of their own; the package shall make none that runs on the machine.
+  "${as_root[@]}" mkdir -p /etc/postgresql-common/createcluster.d
+  echo "create_main_cluster = false" | "${as_root[@]}" tee /etc/postgresql-common/createcluster.d/no-main-cluster.conf >/dev/null
+fi
 "${as_root[@]}" apt-get update -qq
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -81,6 +81,17 @@ class Desktop {
   /// other in `steps` equal steps; the screen looks as before afterwards.
   virtual void DrawWireRects(const RECT& from, const RECT& to, int steps,
                              std::chrono::milliseconds pause) = 0;
+
+  /// Presses and releases a key in the window that has the focus, once its events run; nothing when
+  /// there is no such window. `key_code` is a virtual key code (9 Tab, 13 Return, 65 A), `shift` 1
+  /// for Shift, 2 for Ctrl and 4 for Alt, added together. Throws Error 5 for a code that no key
+  /// has.
+  virtual void SendKey(int key_code, int shift) = 0;
+  /// Keeps a window of this program above all others. Throws Error 5 when there is none with that
+  /// handle.
+  virtual void ShowTopMost(std::int64_t window) = 0;
+  /// Returns after that time; window events go on meanwhile.
+  virtual void Delay(std::chrono::milliseconds time) = 0;
 };
 
 }  // namespace kel

@@ -40,6 +40,16 @@ enum AlignObject : int {
   zurAlignCenter = 8,
 };
 
+/// What CheckValue asks of a field's value.
+enum Validation : int {
+  mEqualto = 0,
+  mLessthan = 1,
+  mGreaterthan = 2,
+  mLessthanOrEqualto = 3,
+  mGreaterthanOrEqualto = 4,
+  mNotEqualto = 5,
+};
+
 /// A rectangle on the screen, in pixels.
 struct RECT {
   std::int32_t Left = 0;

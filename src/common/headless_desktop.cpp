@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <string_view>
+#include <thread>
 
 #include "common/text_cells.h"
 
@@ -48,5 +49,7 @@ std::unique_ptr<WaitWindow> HeadlessDesktop::MakeWaitWindow() {
 void HeadlessDesktop::Flash(const FlashRequest& request) {
   PutLine(request.subject ? TrimBlanks(*request.subject) : std::string_view(), request.message);
 }
+
+void HeadlessDesktop::Delay(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
 }  // namespace kel

@@ -19,6 +19,9 @@ class HeadlessDesktop : public Desktop {
   RECT WorkArea() override { return {}; }
   void DrawWireRects(const RECT& /*from*/, const RECT& /*to*/, int /*steps*/,
                      std::chrono::milliseconds /*pause*/) override {}
+  void SendKey(int /*key_code*/, int /*shift*/) override {}
+  void ShowTopMost(std::int64_t /*window*/) override {}
+  void Delay(std::chrono::milliseconds time) override;
 };
 
 }  // namespace kel

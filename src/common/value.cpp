@@ -17,8 +17,6 @@
 namespace kel {
 namespace {
 
-// Numbers between these are written without an exponent.
-
 // Room for any double in fixed notation within the limits above, sign and point included.
 constexpr std::size_t kNumberCapacity = 64;
 
@@ -155,6 +153,20 @@ std::int32_t Value::ToInt32() const {
   const double rounded = RoundHalfToEven(ToDouble());
   if (!(rounded >= Limits::min() && rounded <= Limits::max())) ThrowOverflow();
   return static_cast<std::int32_t>(rounded);
+}
+
+std::int64_t Value::ToInt64() const {
+  constexpr double kBeyond = 9223372036854775808.0;  // 2^63
+  if (Kind() == ValueKind::kInteger) return std::get<std::int64_t>(held_);
+  if (Kind() == ValueKind::kString) {
+    std::int64_t integer = 0;
+    const char* const end = String().data() + String().size();
+    const auto read = std::from_chars(String().data(), end, integer);
+    if (read.ec == std::errc() && read.ptr == end) return integer;
+  }
+  const double rounded = RoundHalfToEven(ToDouble());
+  if (!(rounded >= -kBeyond && rounded < kBeyond)) ThrowOverflow();
+  return static_cast<std::int64_t>(rounded);
 }
 
 bool Value::ToBoolean() const {

@@ -87,6 +87,8 @@ class Value {
   double ToDouble() const;
   /// ToDouble rounded half to even. Throws Error 6 outside the 32-bit range.
   std::int32_t ToInt32() const;
+  /// The same within 64 bits; an integer, or the text of one, exactly.
+  std::int64_t ToInt64() const;
   /// Non-zero numbers and the texts "True" and "False" (any case).
   bool ToBoolean() const;
   /// The object held; Error 13 for other kinds, Error 91 for a null pointer.

@@ -1,6 +1,5 @@
 #include "controls/widget_kind.h"
 
-#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,10 +11,14 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QScrollBar>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableView>
 #include <QTextEdit>
+#include <QTreeView>
 #include <array>
 
-#include "common/error.h"
 #include "controls/Button.h"
 #include "controls/ProgressBar.h"
 #include "controls/colors.h"
@@ -23,70 +26,55 @@
 namespace kel {
 namespace {
 
-constexpr int kPropertyIsReadOnly = 383;
+using Own = ControlMembers (*)();
 
 // What a class of widgets is to an automation client.
 struct Kind {
   const QMetaObject* widget_class;
   const char* type_name;
-  bool is_text_field;
-  const char* text_property;  // of its text or caption; null when there is none
+  const char* default_member;
+  Own own;               // what is special to the kind
+  Own shared = nullptr;  // what it has with others of its family
   QPalette::ColorRole background = QPalette::Window;
   QPalette::ColorRole foreground = QPalette::WindowText;
 };
 
+Kind Field(const QMetaObject& widget_class, const char* type_name, const char* default_member,
+           Own own, Own shared = nullptr) {
+  return {&widget_class, type_name, default_member, own, shared, QPalette::Base, QPalette::Text};
+}
+
 // The first class that a widget inherits counts.
 const std::array kKinds = {
-    Kind{&QLineEdit::staticMetaObject, "TextBox", true, "text", QPalette::Base, QPalette::Text},
-    Kind{&QPlainTextEdit::staticMetaObject, "TextBox", true, "plainText", QPalette::Base,
-         QPalette::Text},
-    Kind{&QTextEdit::staticMetaObject, "TextBox", true, "plainText", QPalette::Base,
-         QPalette::Text},
-    Kind{&QComboBox::staticMetaObject, "ComboBox", true, "currentText", QPalette::Base,
-         QPalette::Text},
-    Kind{&QDateTimeEdit::staticMetaObject, "DTPicker", true, "text", QPalette::Base,
-         QPalette::Text},
-    Kind{&QAbstractSpinBox::staticMetaObject, "TextBox", true, "text", QPalette::Base,
-         QPalette::Text},
-    Kind{&QListView::staticMetaObject, "ListBox", true, nullptr, QPalette::Base, QPalette::Text},
-    Kind{&QCheckBox::staticMetaObject, "CheckBox", false, "text"},
-    Kind{&QRadioButton::staticMetaObject, "OptionButton", false, "text"},
-    Kind{&QAbstractButton::staticMetaObject, "CommandButton", false, "text", QPalette::Button,
-         QPalette::ButtonText},
-    Kind{&QLabel::staticMetaObject, "Label", false, "text"},
-    Kind{&QGroupBox::staticMetaObject, "Frame", false, "title"},
-    Kind{&QProgressBar::staticMetaObject, "ProgressBar", false, nullptr},
-    Kind{&ProgressBar::staticMetaObject, "ProgressBar", false, nullptr},
+    Field(QLineEdit::staticMetaObject, "TextBox", "Text", LineEditMembers),
+    Field(QPlainTextEdit::staticMetaObject, "TextBox", "Text", TextEditMembers),
+    Field(QTextEdit::staticMetaObject, "TextBox", "Text", TextEditMembers),
+    Field(QComboBox::staticMetaObject, "ComboBox", "Text", ComboMembers, ItemMembers),
+    Field(QDateTimeEdit::staticMetaObject, "DTPicker", "Value", DatePickerMembers),
+    Field(QAbstractSpinBox::staticMetaObject, "TextBox", "Text", SpinBoxMembers, RangeMembers),
+    Field(QListView::staticMetaObject, "ListBox", "Text", ListBoxMembers, ItemMembers),
+    Field(QTreeView::staticMetaObject, "ListView", "", ListViewMembers),
+    Field(QTableView::staticMetaObject, "MSFlexGrid", "Text", GridMembers, GridCellMembers),
+    Kind{&QCheckBox::staticMetaObject, "CheckBox", "Value", CheckBoxMembers, ButtonMembers},
+    Kind{&QRadioButton::staticMetaObject, "OptionButton", "Value", OptionMembers, ButtonMembers},
+    Kind{&QAbstractButton::staticMetaObject, "CommandButton", "Caption", ButtonMembers, nullptr,
+         QPalette::Button, QPalette::ButtonText},
+    Kind{&QLabel::staticMetaObject, "Label", "Caption", LabelMembers},
+    Kind{&QGroupBox::staticMetaObject, "Frame", "Caption", FrameMembers, ContainerMembers},
+    Kind{&QTabWidget::staticMetaObject, "TabStrip", "Caption", TabMembers, ContainerMembers},
+    Kind{&QProgressBar::staticMetaObject, "ProgressBar", "Value", RangeMembers},
+    Kind{&ProgressBar::staticMetaObject, "ProgressBar", "Value", RangeMembers},
+    Kind{&QScrollBar::staticMetaObject, "ScrollBar", "Value", RangeMembers},
+    Kind{&QAbstractSlider::staticMetaObject, "Slider", "Value", RangeMembers},
 };
-const Kind kForm{&QWidget::staticMetaObject, "Form", false, "windowTitle"};
-const Kind kOther{&QWidget::staticMetaObject, nullptr, false, nullptr};
+const Kind kForm{&QWidget::staticMetaObject, "Form", "Caption", FormMembers, ContainerMembers};
+const Kind kOther{&QWidget::staticMetaObject, nullptr, "Caption", FormMembers, ContainerMembers};
 
 const Kind& KindOf(const QWidget& widget) {
   for (const Kind& kind : kKinds) {
     if (widget.metaObject()->inherits(kind.widget_class)) return kind;
   }
   return widget.isWindow() ? kForm : kOther;
-}
-
-void ChooseText(QComboBox& combo, const QString& text) {
-  if (combo.isEditable()) {
-    combo.setEditText(text);
-    return;
-  }
-  const int index = combo.findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive);
-  if (index < 0) ThrowReadOnly("Text");
-  combo.setCurrentIndex(index);
-}
-
-void EnterText(QAbstractSpinBox& box, const QString& text) {
-  auto* edit = box.findChild<QLineEdit*>();
-  const QString before = box.text();
-  edit->setText(text);
-  if (!box.hasAcceptableInput()) {
-    edit->setText(before);
-    throw Error(error_number::kTypeMismatch, "not a value of the field: " + text.toStdString());
-  }
-  box.interpretText();
 }
 
 }  // namespace
@@ -96,22 +84,14 @@ std::string TypeNameOf(const QWidget& widget) {
   return name != nullptr ? name : widget.metaObject()->className();
 }
 
-bool IsTextField(const QWidget& widget) { return KindOf(widget).is_text_field; }
-
-bool HasWidgetText(const QWidget& widget) { return KindOf(widget).text_property != nullptr; }
-
-QString WidgetText(const QWidget& widget) {
-  return widget.property(KindOf(widget).text_property).toString();
+MemberTables<Control> MembersOf(const QWidget& widget) {
+  const Kind& kind = KindOf(widget);
+  return {{kind.own(), kind.shared != nullptr ? kind.shared() : ControlMembers(), CommonMembers()},
+          kind.default_member};
 }
 
-void SetWidgetText(QWidget& widget, const QString& text) {
-  if (auto* combo = qobject_cast<QComboBox*>(&widget)) {
-    ChooseText(*combo, text);
-  } else if (auto* box = qobject_cast<QAbstractSpinBox*>(&widget)) {
-    EnterText(*box, text);
-  } else {
-    widget.setProperty(KindOf(widget).text_property, text);
-  }
+bool IsDatePicker(const QWidget& widget) {
+  return qobject_cast<const QDateTimeEdit*>(&widget) != nullptr;
 }
 
 OleColor WidgetColor(const QWidget& widget, ColorRole role) {
@@ -142,10 +122,6 @@ void SetWidgetColor(QWidget& widget, ColorRole role, OleColor color) {
                    ToQColor(color, QApplication::palette()));
   widget.setPalette(palette);
   if (back) widget.setAutoFillBackground(true);  // labels show what is behind them otherwise
-}
-
-void ThrowReadOnly(std::string_view member) {
-  throw Error(kPropertyIsReadOnly, std::string(member) + " is read-only");
 }
 
 }  // namespace kel

@@ -3,63 +3,230 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "common/error.h"
 #include "common/number_text.h"
 #include "common/value.h"
 #include "data/Connection.h"
 #include "data/driver.h"
+#include "data/held_cell.h"
+#include "data/live_rows.h"
+#include "data/record_changes.h"
+#include "data/row_sort.h"
+#include "data/row_store.h"
 
 namespace kel {
 
-/// ADO's codes of an object's state.
+// ADO's published enumerations.
 enum class ObjectState : int { kClosed = 0, kOpen = 1 };
+enum class CursorType : int { kForwardOnly = 0, kKeyset = 1, kDynamic = 2, kStatic = 3 };
+enum class LockType : int { kReadOnly = 1, kPessimistic = 2, kOptimistic = 3 };
+enum class SearchDirection : int { kBackward = -1, kForward = 1 };
+enum class EditMode : int { kNone = 0, kInProgress = 1, kAdd = 2 };
+enum class AffectRecords : int { kCurrent = 1, kAll = 3 };
 
-/// A forward-only, read-only recordset: it holds one row, so its memory does not grow with the
-/// number of rows.
+/// Bookmarks that every recordset has, for Move and Find.
+namespace bookmark {
+inline constexpr int kCurrent = 0;
+inline constexpr int kFirst = 1;
+inline constexpr int kLast = 2;
+}  // namespace bookmark
+
+/// Rows of a database, one of which is the current one.
 ///
-///     for (rs.Open(sql, connection); !rs.EndOfFile(); rs.MoveNext()) Use(rs.FieldText(0));
+///     for (rs.Open(sql, books); !rs.EndOfFile(); rs.MoveNext()) Use(rs.FieldText(0));
+///
+///     rs.Open("SELECT * FROM Ledger", books, CursorType::kKeyset, LockType::kOptimistic);
+///     rs.Sort("[AccName]");
+///     rs.Find("[AccName] Like 'Sundry*'");
+///     if (!rs.EndOfFile()) {
+///       rs.SetFieldValue("Opening", Currency{1250000});
+///       rs.Update();
+///     }
+///
+/// A forward-only recordset holds one row, so its memory does not grow with the number of rows; it
+/// knows no RecordCount (-1), goes forward only and cannot be changed. All other cursors hold the
+/// rows that were there when it was opened, packed; Sort and Filter only change the order in which
+/// they are seen. Changes of others show after Requery or Resync. Locks are optimistic: a row that
+/// somebody else has changed or deleted meanwhile is an error when it is written, not overwritten;
+/// pessimistic ones are taken as optimistic.
+///
+/// Every operation throws Error with ADO's number: 3704 when the recordset is closed, 3021 where it
+/// needs a current row, 3265 for a field that there is not, 3251 for what the cursor cannot.
+/// The connection outlives an open recordset that is changed, requeried or resynced.
 class Recordset {
  public:
-  Recordset() = default;
+  Recordset();
+  ~Recordset();
+  Recordset(Recordset&&) noexcept;
+  Recordset& operator=(Recordset&&) noexcept;
 
   /// Runs `source` and goes to its first row. Throws Error for a statement without a result.
-  void Open(std::string_view source, Connection& connection);
-  /// The rows of a statement that is already prepared.
-  void Open(std::unique_ptr<Statement> statement);
+  void Open(std::string_view source, Connection& connection,
+            CursorType cursor = CursorType::kForwardOnly, LockType lock = LockType::kReadOnly);
+  /// The rows of a statement that is already prepared; they cannot be changed nor requeried.
+  void Open(std::unique_ptr<Statement> statement, CursorType cursor = CursorType::kForwardOnly);
+  /// Drops the rows, and an edit that is not updated.
   void Close();
   ObjectState State() const noexcept;
+  /// How many rows the next Open takes at most; 0 for all.
+  std::int64_t MaxRecords() const noexcept { return max_records_; }
+  void MaxRecords(std::int64_t most);
+  /// Opening with it returns after the first row; Fetch brings the others, and RecordCount is -1
+  /// until all are there. Sort, Filter, Find, MoveLast and changes fetch what is missing first.
+  bool FetchesInSlices() const noexcept { return in_slices_; }
+  void FetchesInSlices(bool in_slices);
+  /// Brings up to `rows` more rows; false when there are no more. When the database fails the rows
+  /// fetched so far stay.
+  bool Fetch(std::int64_t rows);
 
-  /// BOF and EOF: true for both when there are no rows. EOF is true after the last row.
+  /// BOF and EOF: true for both when there are no rows.
   bool BeginOfFile() const noexcept;
   bool EndOfFile() const noexcept;
+  /// The number of rows that Filter lets through; -1 where it is not known.
+  std::int64_t RecordCount() const;
+  /// The place of the current row from 1; -2 at BOF, -3 at EOF, -1 where it is not known.
+  std::int64_t AbsolutePosition() const;
+
+  void MoveFirst();
+  void MoveLast();
   /// Throws Error 3021 at EOF.
   void MoveNext();
-  /// -1: a forward-only recordset does not know.
-  std::int64_t RecordCount() const noexcept { return -1; }
+  /// Throws Error 3021 at BOF.
+  void MovePrevious();
+  /// Moves by `records`, back when negative, from a bookmark or from the current row; beyond the
+  /// ends to BOF and EOF. Throws Error 3021 when it is there already.
+  void Move(std::int64_t records, const Value& start = Value::Missing());
+  /// The current row, for going back to it. Good until Close and Requery.
+  Value Bookmark() const;
+  void Bookmark(const Value& bookmark);
+
+  /// Goes to the next row that meets a condition of one comparison (data/condition.h), beginning
+  /// `skip` rows from `start`, or else from the current row. EOF (BOF backwards) when there is
+  /// none.
+  void Find(std::string_view criteria, std::int64_t skip = 0,
+            SearchDirection direction = SearchDirection::kForward,
+            const Value& start = Value::Missing());
+  /// "[Code] ASC,[Name] DESC"; "" is the order of the statement. Goes to the first row.
+  /// A text that is refused leaves Sort as it was; so with Filter.
+  std::string Sort() const { return sort_; }
+  void Sort(std::string_view fields);
+  /// A condition, an array of bookmarks, or "" and 0 for all rows. Goes to the first row.
+  Value Filter() const { return filter_; }
+  void Filter(const Value& criteria);
+
+  /// Runs the statement again; Sort and Filter stay. On failure the rows stay too.
+  void Requery();
+  /// Reads the current row, or all rows, again from the database; no rows come or go. Throws Error
+  /// when a row is no longer there, after it has read the others.
+  void Resync(AffectRecords affected = AffectRecords::kAll);
+
+  /// Begins a new row, which Update puts into the database and behind the others. An edit that is
+  /// open is updated first, as with every move.
+  void AddNew();
+  /// Writes the fields that were set. On failure the edit stays open, nothing is written.
+  void Update();
+  void CancelUpdate();
+  /// Deletes the current row, which stays current until a move but cannot be read any more.
+  void Delete();
+  kel::EditMode EditMode() const noexcept;
+
+  int FieldCount() const;
+  const ColumnInfo& Field(int index) const;
+  /// The field of that name, without regard to case.
+  int FieldIndex(std::string_view name) const;
+  /// The field's value by its ADO type.
+  Value FieldValue(int index) const;
+  Value FieldValue(std::string_view name) const { return FieldValue(FieldIndex(name)); }
+  /// The field's text as a report shows it, without an allocation per call: numbers in their
+  /// shortest decimal form that reads back the same, Null as "". Good until the next move or edit.
+  std::string_view FieldText(int index) const;
+  /// The field's cell as the database holds it; good as FieldText is.
+  CellView FieldCell(int index) const;
+  /// Sets a field of the current or new row; Update writes it. Throws Error 13 for a value that the
+  /// field's type cannot take.
+  void SetFieldValue(int index, const Value& value);
+  void SetFieldValue(std::string_view name, const Value& value) {
+    SetFieldValue(FieldIndex(name), value);
+  }
 
   /// Whether another thread may use the open recordset, one thread at a time.
   bool MayChangeThread() const noexcept;
 
-  int FieldCount() const;
-  /// Throws Error 3265 for an index that there is not.
-  const ColumnInfo& Field(int index) const;
-  /// The field's value by its ADO type. Throws Error 3021 without a current row.
-  Value FieldValue(int index) const;
-  /// The field's text as a report shows it, without an allocation per call: numbers in their
-  /// shortest decimal form that reads back the same, Null as "". Good until the next MoveNext.
-  std::string_view FieldText(int index) const;
-
  private:
-  CellView CurrentCell(int index) const;
-  void RequireField(int index) const;
+  /// The field values that are set and not yet written.
+  struct Edit {
+    kel::EditMode mode = kel::EditMode::kNone;
+    std::vector<std::optional<HeldCell>> cells;  // by field; nothing for fields that were not set
+  };
 
-  std::unique_ptr<Statement> statement_;
-  bool on_row_ = false;
-  bool had_rows_ = false;
+  void Begin(std::unique_ptr<Statement> statement, CursorType cursor);
+  void RequireOpen() const;
+  void RequireRows() const;
+  void RequireChangeable() const;
+  void RequireField(int index) const;
+  bool HoldsRows() const noexcept { return store_ != nullptr; }
+
+  // Reading of the statement.
+  bool StepStatement();
+  void FetchAll();
+  bool FetchUpTo(std::int64_t position);
+
+  // The order in which rows are seen, and the place in it.
+  const std::vector<RowId>& Seen() const noexcept { return view_ ? *view_ : live_.All(); }
+  std::int64_t SeenRows() const noexcept { return static_cast<std::int64_t>(Seen().size()); }
+  void GoTo(std::int64_t position);
+  void FinishEdit();
+  std::int64_t PositionOf(const Value& start);
+  std::int64_t PositionOfBookmark(const Value& bookmark);
+  std::vector<RowId> Arranged(std::span<const SortField> sort, const Value& filter);
+  std::vector<RowId> RowsOfBookmarks(const Value::Array& bookmarks) const;
+  void Arrange(std::string sort, Value filter);
+
+  // The current row.
+  bool OnRow() const noexcept;
+  RowId CurrentRow() const;
+  CellView CurrentCell(int index) const;
+  std::vector<CellView> CellsOf(RowId row) const;
+  std::vector<FieldChange> Changes() const;
+  void StoreCells(RowId row, const TableCells& cells);
+  std::vector<RowId> ResyncFromSource(BaseTable& table);
+  BaseTable TableOf(std::span<const std::size_t> columns) const;
+  std::vector<std::size_t> ColumnsOfFirstTable() const;
+
+  // Of the next Open.
+  std::int64_t max_records_ = 0;
+  bool in_slices_ = false;
+
+  // Of the open recordset.
+  std::string source_;
+  Connection* connection_ = nullptr;  // null for a statement that was handed over
+  LockType lock_ = LockType::kReadOnly;
+  std::vector<ColumnInfo> columns_;
+  std::unique_ptr<Statement> statement_;  // null once its last row is fetched into the store
+  std::optional<Error> fetch_failure_;    // why rows are missing
+  std::int64_t rows_left_ = 0;            // that MaxRecords still allows
   mutable std::vector<NumberBuffer> number_texts_;  // one for each field
+
+  // Forward-only: the statement's current row is the recordset's.
+  bool on_row_ = false;
+  bool on_first_row_ = false;
+  bool had_rows_ = false;
+
+  // All other cursors.
+  std::unique_ptr<RowStore> store_;
+  LiveRows live_;
+  std::optional<std::vector<RowId>> view_;  // when Sort or Filter is set
+  std::int64_t position_ = -1;              // within Seen(): -1 is BOF, behind the last row EOF
+  bool on_deleted_ = false;  // the current row is deleted; the one behind it stands at position_
+  Edit edit_;
+  std::string sort_;
+  Value filter_ = "";
 };
 
 }  // namespace kel

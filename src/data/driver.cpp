@@ -21,4 +21,17 @@ bool IsNumericType(FieldType type) noexcept {
   return false;
 }
 
+std::string Driver::QuotedName(std::string_view name) const {
+  std::string quoted = "\"";
+  for (const char c : name) {
+    quoted += c;
+    if (c == '"') quoted += c;
+  }
+  return quoted += '"';
+}
+
+std::string Driver::EqualsParameter(const std::string& quoted, const ColumnInfo& /*column*/) const {
+  return quoted + " = ?";
+}
+
 }  // namespace kel

@@ -6,6 +6,12 @@
 #include <chrono>
 #include <cstdint>
 #include <limits>
+#include <string>
+#include <utility>
+
+#include "common/date_text.h"
+#include "common/decimal_text.h"
+#include "common/error.h"
 
 namespace kel {
 namespace {
@@ -50,6 +56,51 @@ std::optional<Currency> CellCurrency(const CellView& cell) {
       return std::nullopt;
   }
   return ParseCurrency({text.data(), static_cast<std::size_t>(end.ptr - text.data())});
+}
+
+bool HasCurrencyDecimals(std::string_view text) {
+  const std::size_t point = text.find('.');
+  return point == std::string_view::npos || text.size() - point - 1 <= kCurrencyDecimals;
+}
+
+Value DecimalValue(const CellView& cell) {
+  if (cell.kind == CellView::Kind::kInteger) return PlainValue(cell);
+  NumberBuffer buffer;
+  const std::string_view text = CellText(cell, FieldType::kNumeric, buffer);
+  if (cell.kind != CellView::Kind::kBinary && HasCurrencyDecimals(text)) {
+    if (const auto amount = ParseCurrency(text)) return *amount;
+  }
+  return PlainValue(cell);
+}
+
+[[noreturn]] void ThrowTypeMismatch(const std::string& reason) {
+  throw Error(error_number::kTypeMismatch, "Type mismatch: " + reason);
+}
+
+HeldCell SmallIntCell(const Value& value) {
+  using Limits = std::numeric_limits<std::int16_t>;
+  const std::int64_t number = value.ToInt64();
+  if (number < Limits::min() || number > Limits::max()) {
+    throw Error(error_number::kOverflow, "Overflow");
+  }
+  return HeldCell(CellView::Integer(number));
+}
+
+HeldCell DecimalCell(const Value& value) {
+  if (value.Kind() == ValueKind::kInteger) return HeldCell(CellView::Integer(value.ToInt64()));
+  if (value.Kind() == ValueKind::kBoolean) return HeldCell(CellView::Integer(value.ToInt64()));
+  const std::string text = value.ToText();
+  if (auto decimal = DecimalText(text)) return HeldCell(std::move(*decimal));
+  return HeldCell(NumberText(value.ToDouble()));  // one with an exponent
+}
+
+HeldCell DateCell(const Value& value) {
+  if (value.Kind() == ValueKind::kString) {
+    const std::optional<Date> date = ReadDate(value.String(), DateOrder::kDayFirst);
+    if (!date) ThrowTypeMismatch("not a date: " + value.String());
+    return HeldCell(IsoDateText(*date));
+  }
+  return HeldCell(IsoDateText(Date{value.ToDouble()}));
 }
 
 /// Appends a decimal digit to a magnitude; false when it would pass `limit`.
@@ -135,10 +186,55 @@ Value CellValue(const CellView& cell, FieldType type) {
   if (type == FieldType::kCurrency) {
     if (const auto amount = CellCurrency(cell)) return *amount;
   }
+  if (type == FieldType::kNumeric) return DecimalValue(cell);
   if (type == FieldType::kDate && cell.kind == CellView::Kind::kText) {
     if (const auto date = ParseIsoDate(cell.bytes)) return *date;
   }
   return PlainValue(cell);
+}
+
+std::string_view CellText(const CellView& cell, FieldType type, NumberBuffer& buffer) noexcept {
+  switch (cell.kind) {
+    case CellView::Kind::kNull:
+      return "";
+    case CellView::Kind::kInteger:
+      if (type == FieldType::kBoolean) return cell.integer != 0 ? "True" : "False";
+      return NumberText(cell.integer, buffer);
+    case CellView::Kind::kDouble:
+      return NumberText(cell.number, buffer);
+    case CellView::Kind::kText:
+    case CellView::Kind::kBinary:
+      return cell.bytes;
+  }
+  return "";
+}
+
+HeldCell CellFor(const Value& value, FieldType type) {
+  if (value.IsNull() || value.IsEmpty() || value.IsMissing()) return {};
+  switch (type) {
+    case FieldType::kSmallInt:
+      return SmallIntCell(value);
+    case FieldType::kInteger:  // as wide as the database has them
+    case FieldType::kBigInt:
+      return HeldCell(CellView::Integer(value.ToInt64()));
+    case FieldType::kDouble:
+      return HeldCell(CellView::Double(value.ToDouble()));
+    case FieldType::kCurrency:
+    case FieldType::kNumeric:
+      return DecimalCell(value);
+    case FieldType::kDate:
+      return DateCell(value);
+    case FieldType::kBoolean:
+      return HeldCell(CellView::Integer(value.ToBoolean() ? 1 : 0));
+    case FieldType::kText:
+    case FieldType::kMemo:
+      return HeldCell(value.ToText());
+    case FieldType::kBinary: {
+      const std::string bytes = value.ToText();
+      return HeldCell(CellView{CellView::Kind::kBinary, 0, 0, bytes});
+    }
+  }
+  ThrowTypeMismatch("a field of this type cannot be set");
 }
 
 std::optional<Currency> ParseCurrency(std::string_view text) noexcept {

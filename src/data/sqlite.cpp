@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "common/error.h"
+#include "data/sql_rewrite.h"
 #include "data/sql_text.h"
 #include "data/sqlite_statement.h"
 
@@ -19,10 +20,16 @@ class SqliteDriver : public Driver {
  public:
   explicit SqliteDriver(SqliteDatabase database) : database_(std::move(database)) {}
 
-  std::unique_ptr<Statement> Prepare(std::string_view sql) override {
-    return std::make_unique<SqliteStatement>(database_, Compile(std::string(sql)), OneLineSql(sql));
+  using Driver::Execute;
+  using Driver::Prepare;
+  std::unique_ptr<Statement> Prepare(std::string_view sql,
+                                     std::span<const Parameter> parameters) override;
+  std::int64_t Execute(std::string_view sql, std::span<const Parameter> parameters) override;
+  std::vector<std::string> KeyOf(const std::string& table) override;
+  bool HasReturning() const override {
+    constexpr int kFirstVersion = 3035000;
+    return sqlite3_libversion_number() >= kFirstVersion;
   }
-  std::int64_t Execute(std::string_view sql) override;
 
  private:
   SqliteHandle Compile(const std::string& sql);
@@ -31,14 +38,31 @@ class SqliteDriver : public Driver {
   SqliteDatabase database_;
 };
 
-std::int64_t SqliteDriver::Execute(std::string_view sql) {
+std::unique_ptr<Statement> SqliteDriver::Prepare(std::string_view sql,
+                                                 std::span<const Parameter> parameters) {
+  constexpr SqlDialect kDialect{.knows_brackets = true};
+  SqliteHandle handle = Compile(RewriteSql(sql, kDialect));
+  BindParameters(database_.get(), handle.get(), parameters);
+  return std::make_unique<SqliteStatement>(database_, std::move(handle), OneLineSql(sql));
+}
+
+std::int64_t SqliteDriver::Execute(std::string_view sql, std::span<const Parameter> parameters) {
   // SQLite's count of changes is that of the last statement that made any.
   const sqlite3_int64 total_before = sqlite3_total_changes64(database_.get());
-  const std::unique_ptr<Statement> statement = Prepare(sql);
+  const std::unique_ptr<Statement> statement = Prepare(sql, parameters);
   while (statement->Step()) {
   }
   if (sqlite3_total_changes64(database_.get()) == total_before) return 0;
   return sqlite3_changes64(database_.get());
+}
+
+std::vector<std::string> SqliteDriver::KeyOf(const std::string& table) {
+  const Parameter name{CellView::Text(table)};
+  const std::unique_ptr<Statement> columns =
+      Prepare("SELECT name FROM pragma_table_info(?) WHERE pk > 0 ORDER BY pk", {&name, 1});
+  std::vector<std::string> key;
+  while (columns->Step()) key.emplace_back(columns->Cell(0).bytes);
+  return key;
 }
 
 SqliteHandle SqliteDriver::Compile(const std::string& sql) {

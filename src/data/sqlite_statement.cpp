@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "data/sql_text.h"
+
 namespace kel {
 namespace {
 
@@ -59,10 +61,47 @@ FieldType TypeOfCell(const CellView& cell) {
 
 std::string TextOrEmpty(const char* text) { return text == nullptr ? "" : text; }
 
+/// `index` counts from 1. A text for a number field is left to the column's affinity, which takes
+/// it as a number where that loses nothing.
+int BindCell(sqlite3_stmt* statement, int index, const CellView& cell) {
+  switch (cell.kind) {
+    case CellView::Kind::kNull:
+      return sqlite3_bind_null(statement, index);
+    case CellView::Kind::kInteger:
+      return sqlite3_bind_int64(statement, index, cell.integer);
+    case CellView::Kind::kDouble:
+      return sqlite3_bind_double(statement, index, cell.number);
+    case CellView::Kind::kText:
+      // Of a null pointer SQLite would make Null.
+      return sqlite3_bind_text64(statement, index, cell.bytes.empty() ? "" : cell.bytes.data(),
+                                 cell.bytes.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    case CellView::Kind::kBinary:
+      if (cell.bytes.empty()) return sqlite3_bind_zeroblob(statement, index, 0);
+      return sqlite3_bind_blob64(statement, index, cell.bytes.data(), cell.bytes.size(),
+                                 SQLITE_TRANSIENT);
+  }
+  return SQLITE_MISUSE;
+}
+
 }  // namespace
 
 Error SqliteError(const std::string& what_failed, std::string_view reason) {
   return {error_number::kDatabase, what_failed + ": " + std::string(reason)};
+}
+
+void BindParameters(sqlite3* database, sqlite3_stmt* statement,
+                    std::span<const Parameter> parameters) {
+  const std::string what_failed = "cannot run " + OneLineSql(TextOrEmpty(sqlite3_sql(statement)));
+  const int wanted = sqlite3_bind_parameter_count(statement);
+  if (parameters.size() != static_cast<std::size_t>(wanted)) {
+    throw SqliteError(what_failed, "it takes " + std::to_string(wanted) + " values, not " +
+                                       std::to_string(parameters.size()));
+  }
+  for (int i = 0; i < wanted; ++i) {
+    if (BindCell(statement, i + 1, parameters[static_cast<std::size_t>(i)].cell) != SQLITE_OK) {
+      throw SqliteError(what_failed, sqlite3_errmsg(database));
+    }
+  }
 }
 
 SqliteStatement::SqliteStatement(SqliteDatabase database, SqliteHandle handle, std::string sql)
@@ -72,9 +111,12 @@ SqliteStatement::SqliteStatement(SqliteDatabase database, SqliteHandle handle, s
   for (int i = 0; i < count; ++i) {
     const std::string declaration = TextOrEmpty(sqlite3_column_decltype(handle_.get(), i));
     if (declaration.empty()) untyped.push_back(i);
-    columns_.push_back({TextOrEmpty(sqlite3_column_name(handle_.get(), i)),
-                        TypeOfDeclaration(declaration),
-                        TextOrEmpty(sqlite3_column_table_name(handle_.get(), i))});
+    ColumnInfo& column = columns_.emplace_back();
+    column.name = TextOrEmpty(sqlite3_column_name(handle_.get(), i));
+    column.type = TypeOfDeclaration(declaration);
+    column.table = TextOrEmpty(sqlite3_column_table_name(handle_.get(), i));
+    column.origin = TextOrEmpty(sqlite3_column_origin_name(handle_.get(), i));
+    if (column.origin == column.name) column.origin.clear();
   }
   if (!untyped.empty()) TypeColumnsByFirstRow(untyped);
 }

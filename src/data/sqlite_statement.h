@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,10 @@ using SqliteHandle = std::unique_ptr<sqlite3_stmt, SqliteFinalizer>;
 
 /// What failed and SQLite's own words for the reason.
 Error SqliteError(const std::string& what_failed, std::string_view reason);
+
+/// Gives a statement copies of the values for its "?". Throws Error when there are not as many.
+void BindParameters(sqlite3* database, sqlite3_stmt* statement,
+                    std::span<const Parameter> parameters);
 
 class SqliteStatement final : public Statement {
  public:

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "preview/case_folding.h"
+#include "common/case_folding.h"
 
 namespace kel {
 

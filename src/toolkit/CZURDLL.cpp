@@ -8,21 +8,17 @@
 
 #include "common/desktop.h"
 #include "common/host.h"
-#include "common/object.h"
 #include "common/temp_folder.h"
-#include "common/text_cells.h"
-#include "common/twips.h"
+#include "data/Recordset.h"
+#include "toolkit/CZURDLL_p.h"
 #include "toolkit/error_log.h"
-#include "toolkit/screen_placement.h"
 
 namespace kel {
 namespace {
 
 constexpr const char* kLogTitle = "Error Log";
 constexpr const char* kNoLocation = "[Not Specified]";
-constexpr std::int32_t kLeastFlash = 1;  // milliseconds, as those below
-constexpr std::int32_t kStandardClose = 1000;
-constexpr std::int32_t kTagClose = 2000;
+constexpr std::int32_t kLeastFlash = 1;  // milliseconds
 
 // What the common error path of a thread is at. Failures come one inside the other: a handler or a
 // message box may run operations that fail too.
@@ -47,39 +43,20 @@ class ErrorPathScope {
   ErrorPathScope& operator=(const ErrorPathScope&) = delete;
 };
 
-std::string Bracketed(const std::string& location) { return "[" + location + "]"; }
+// The location of an operation that has one of its own.
+Value LocationOf(const std::string& name) { return name.empty() ? Value::Missing() : Value(name); }
+
+std::string LogLocation(const Value& location) {
+  if (location.IsMissing()) return kNoLocation;
+  return std::string(1, '[').append(location.ToText()).append(1, ']');
+}
 
 std::string FailureText(const Error& failure) {
   return std::to_string(failure.Number()) + " : " + failure.Description();
 }
 
-// Tidying up the screen on the way to the log: the failure that is being told matters more.
-template <typename Step>
-void Quietly(Step step) noexcept {
-  try {
-    step();
-  } catch (...) {
-    return;
-  }
-}
-
 void ResetMousePointer() {
   Quietly([] { CurrentHost().desktop->SetMousePointer(MousePointer::kDefault); });
-}
-
-std::string TextOf(Object& object, const char* member) {
-  return Member(object, member).Get().ToText();
-}
-
-// Tells what is wrong with a control, in its own words (Tag) when it has any, and focuses it.
-void TellInvalid(CZURDLL& toolkit, Object& control, const std::string& text,
-                 std::int32_t unload_time) {
-  const Value parent = Member(control, "Parent").Get();
-  const std::string title = TextOf(parent.ToObject(), "Caption");
-  const std::string tag = TextOf(control, "Tag");
-  const bool own_text = !TrimBlanks(tag).empty();
-  toolkit.MsgBox(own_text ? tag : text, msgOK, title, msgInformation, false,
-                 own_text ? kTagClose : unload_time, &control, true);
 }
 
 }  // namespace
@@ -146,59 +123,10 @@ void CZURDLL::UnloadWait() {
 
 void CZURDLL::Flash(const std::string& Message, const std::optional<std::string>& Subject,
                     std::int32_t Interval, AlignObject Align) {
-  Guarded("DLL.Flash", false, [&] {
+  Guarded("DLL.Flash", [&] {
     const std::chrono::milliseconds interval(std::max(Interval, kLeastFlash));
     CurrentHost().desktop->Flash({Message, Subject, interval, Align});
-    return true;
   });
-}
-
-bool CZURDLL::CheckEmpty(const Value::Array& Ctrl) {
-  return Guarded("DLL.CheckEmpty", false, [&] {
-    const auto empty = std::find_if(Ctrl.begin(), Ctrl.end(), [](const Value& control) {
-      return TrimBlanks(TextOf(control.ToObject(), "Text")).empty();
-    });
-    if (empty == Ctrl.end()) return false;
-    TellInvalid(*this, empty->ToObject(), "This field cannot be empty.", kStandardClose);
-    return true;
-  });
-}
-
-void CZURDLL::AlignForm(Object& Frm, AlignObject Align) {
-  Guarded("DLL.AlignForm", false, [&] {
-    const auto extent = [&](const char* name) {
-      return PixelsOf(Member(Frm, name).Get().ToInt32());
-    };
-    const RECT place =
-        AlignedRect(CurrentHost().desktop->WorkArea(), extent("Width"), extent("Height"), Align);
-    Member(Frm, "Left").Put(TwipsOf(place.Left));
-    Member(Frm, "Top").Put(TwipsOf(place.Top));
-    return true;
-  });
-}
-
-std::int16_t CZURDLL::GetSteps(const RECT& r1, const RECT& r2, double Fraction) {
-  return Guarded("DLL.GetSteps", std::int16_t{0}, [&] { return WireSteps(r1, r2, Fraction); });
-}
-
-void CZURDLL::DrawWireRects(const RECT& rFrom, const RECT& rTo, std::int16_t Steps,
-                            std::int32_t mSeconds) {
-  Guarded("DLL.DrawWireRects", false, [&] {
-    const std::chrono::milliseconds pause(std::max(mSeconds, 0));
-    if (Steps > 0) CurrentHost().desktop->DrawWireRects(rFrom, rTo, Steps, pause);
-    return true;
-  });
-}
-
-template <typename Result, typename Operation>
-Result CZURDLL::Guarded(const char* location, Result neutral, Operation operation) noexcept {
-  last_error_.reset();
-  try {
-    return operation();
-  } catch (...) {
-    ReportCaught(location);
-  }
-  return neutral;
 }
 
 void CZURDLL::ReportCaught(const char* location) noexcept {
@@ -208,13 +136,14 @@ void CZURDLL::ReportCaught(const char* location) noexcept {
 void CZURDLL::ReportFailure(const Error& failure, const std::string& ErrLocation) noexcept {
   Quietly([&] {
     if (ThisThread().busy) {
-      AppendToErrorLog(TempFolder(), Bracketed(ErrLocation), FailureText(failure));
+      AppendToErrorLog(TempFolder(), LogLocation(LocationOf(ErrLocation)), FailureText(failure));
       return;
     }
     const ErrorPathScope scope(failure);
     bool respond = true;
     HandleError(respond, ErrLocation);
   });
+  ReleaseRecordset();
   // Last, because operations that the handler called have had their own results meanwhile.
   last_error_ = failure;
 }
@@ -223,7 +152,7 @@ void CZURDLL::HandleError(bool& Respond, const std::string& ErrLocation) {
   const Error failure = *ThisThread().current;
   ResetMousePointer();
   RaiseError(failure, Respond);
-  if (Respond) ERRORLOG(Value(ErrLocation), FailureText(failure), true);
+  if (Respond) ERRORLOG(LocationOf(ErrLocation), FailureText(failure), true);
 }
 
 void CZURDLL::RaiseError(const Error& failure, bool& Response) const {
@@ -232,6 +161,11 @@ void CZURDLL::RaiseError(const Error& failure, bool& Response) const {
   std::int32_t number = failure.Number();
   std::string description = failure.Description();
   Quietly([&] { handler(number, description, Response); });
+}
+
+// Without closing it: a loop of an operation that called back may still be on it.
+void CZURDLL::ReleaseRecordset() noexcept {
+  if (recordset_ && recordset_->State() == ObjectState::kOpen) recordset_.reset();
 }
 
 void CZURDLL::ERRORLOG(Value&& ErrLocation, const std::string& ErrDesc, bool Respond) {
@@ -246,7 +180,7 @@ void CZURDLL::ERRORLOG(Value& ErrLocation, const std::string& ErrDesc, bool Resp
   if (ErrDesc.empty() && !handling) return;
   ResetMousePointer();
   wait_.reset();
-  ErrLocation = ErrLocation.IsMissing() ? kNoLocation : Bracketed(ErrLocation.ToText());
+  ErrLocation = LogLocation(ErrLocation);
 
   std::optional<Error> unshown;
   if (Respond) {

@@ -5,14 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "data/ado_errors.h"
 #include "data/sqlite.h"
 #include "support/errors.h"
+#include "support/recordset_scenarios.h"
 #include "support/sqlite_file.h"
 #include "support/test_folder.h"
 
 namespace kel {
 namespace {
 
+using testing::Contains;
 using testing::ErrorOf;
 
 class RecordsetTest : public ::testing::Test {
@@ -67,7 +70,7 @@ TEST_F(RecordsetTest, FieldValuesFollowTheAdoTypeWhereItFits) {
       "               g MONEY, h DATETIME, i DECIMAL(20,2));"
       "INSERT INTO t VALUES (-7, 12.345, '2026-03-31 06:00:00', 1, 0.25, 'x', NULL, 'soon', '1x')");
   rows_.Open("SELECT * FROM t", books);
-  const Value::Array values = {-7,  Currency{123450}, Date{46112.25}, true, 0.25,
+  const Value::Array values = {-7,  Currency{123450}, Date{46112.25}, true, Currency{2500},
                                "x", Value::Null(),    "soon",         "1x"};
   for (int i = 0; i < 9; ++i) EXPECT_EQ(rows_.FieldValue(i), values[static_cast<std::size_t>(i)]);
 }
@@ -85,6 +88,70 @@ TEST_F(RecordsetTest, WrongUseGivesAdoErrors) {
   EXPECT_EQ(ErrorOf([&] { rows_.Field(-1); }).Number(), 3265);
   EXPECT_EQ(ErrorOf([&] { rows_.FieldText(1); }).Number(), 3265);
   EXPECT_EQ(ErrorOf([&] { rows_.Open("SELECT n FROM t", books); }).Number(), 3705);
+  EXPECT_EQ(ErrorOf([&] { rows_.MovePrevious(); }).Number(), kNotScrollable);
+  EXPECT_EQ(ErrorOf([&] { rows_.AddNew(); }).Number(), 3251);
+  rows_.Close();
+  rows_.Open("SELECT n FROM t", books, CursorType::kKeyset);
+  EXPECT_EQ(ErrorOf([&] { rows_.SetFieldValue(0, 1); }).Number(), 3251);
+}
+
+TEST_F(RecordsetTest, MovesSortsFiltersAndFinds) {
+  Connection own = Make("");
+  Connection other(OpenSqlite(folder_ / "books.db", Access::kReadWrite));
+  testing::MovesSortsFiltersAndFinds({own, other});
+}
+
+TEST_F(RecordsetTest, AddsChangesAndDeletes) {
+  Connection own = Make("");
+  Connection other(OpenSqlite(folder_ / "books.db", Access::kReadWrite));
+  testing::AddsChangesAndDeletes({own, other});
+}
+
+TEST_F(RecordsetTest, ARowChangedByOthersIsNotOverwritten) {
+  Connection own = Make("");
+  Connection other(OpenSqlite(folder_ / "books.db", Access::kReadWrite));
+  testing::ARowChangedByOthersIsNotOverwritten({own, other});
+}
+
+TEST_F(RecordsetTest, RowsComeInSlicesAndAsFarAsWanted) {
+  Connection books = Make(
+      "CREATE TABLE t AS WITH RECURSIVE c(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM c LIMIT 9000)"
+      " SELECT n, iif(n % 3, 'row ' || n, NULL) AS name, n / 2.0 AS half FROM c;");
+  rows_.FetchesInSlices(true);
+  rows_.Open("SELECT * FROM t", books, CursorType::kStatic);
+  EXPECT_EQ(rows_.RecordCount(), -1);
+  EXPECT_TRUE(rows_.Fetch(10));
+  rows_.Move(4999);
+  EXPECT_EQ(rows_.FieldText(1), "row 5000");
+  EXPECT_FALSE(rows_.EndOfFile());
+  EXPECT_EQ(rows_.RecordCount(), -1);
+  rows_.Filter("half > 4400.4 AND name <> Null");
+  EXPECT_EQ(rows_.RecordCount(), 133);
+  rows_.MoveLast();
+  EXPECT_EQ(rows_.FieldText(0), "8999");
+  rows_.Close();
+  rows_.FetchesInSlices(false);
+  rows_.MaxRecords(4097);
+  rows_.Open("SELECT * FROM t", books, CursorType::kStatic);
+  EXPECT_EQ(rows_.RecordCount(), 4097);
+  rows_.MoveLast();
+  EXPECT_EQ(rows_.FieldValue(2), Value(2048.5));
+}
+
+TEST_F(RecordsetTest, AFailureWhileFetchingIsNoEndOfTheRows) {
+  Connection books = Make("CREATE TABLE t(n INTEGER); INSERT INTO t VALUES (1), (2), (-1 << 63)");
+  EXPECT_EQ(ErrorOf([&] {
+              rows_.Open("SELECT abs(n) FROM t", books, CursorType::kKeyset);
+            }).Description(),
+            "cannot read row 3 of SELECT abs(n) FROM t: integer overflow");
+  EXPECT_EQ(rows_.State(), ObjectState::kClosed);
+  rows_.FetchesInSlices(true);
+  rows_.Open("SELECT abs(n) FROM t", books, CursorType::kKeyset);
+  EXPECT_TRUE(Contains(ErrorOf([&] { rows_.MoveLast(); }), "integer overflow"));
+  EXPECT_TRUE(Contains(ErrorOf([&] { rows_.Sort("[abs(n)]"); }), "integer overflow"));
+  EXPECT_EQ(rows_.RecordCount(), -1);
+  rows_.MoveNext();
+  EXPECT_EQ(rows_.FieldText(0), "2");
 }
 
 }  // namespace

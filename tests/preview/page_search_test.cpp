@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "preview/case_folding.h"
+#include "common/case_folding.h"
 #include "preview/search_window.h"
 #include "support/naive_search.h"
 #include "support/test_folder.h"

@@ -32,6 +32,13 @@ class RecordingDesktop : public Desktop {
                      std::chrono::milliseconds pause) override {
     wire_frames.push_back({from, to, steps, pause});
   }
+  void SendKey(int key_code, int shift) override {
+    Record("key " + std::to_string(key_code) + " " + std::to_string(shift));
+  }
+  void ShowTopMost(std::int64_t window) override { Record("top " + std::to_string(window)); }
+  void Delay(std::chrono::milliseconds time) override {
+    Record("delay " + std::to_string(time.count()));
+  }
 
   struct WireFrame {
     RECT from;

@@ -11,52 +11,30 @@
 #include <utility>
 #include <vector>
 
-#include "common/host.h"
-#include "common/temp_folder.h"
 #include "support/errors.h"
 #include "support/file_size_limit.h"
-#include "support/fixed_clock.h"
-#include "support/recording_desktop.h"
-#include "support/test_control.h"
-#include "support/test_folder.h"
+#include "toolkit/toolkit_fixture.h"
 
 namespace kel {
 namespace {
 
-using Texts = std::vector<std::string>;
+using testing::Line;
+using testing::Texts;
 
-std::string Line(const std::string& text) { return "15/11/2026 02:05:09 PM," + text + "\r\n"; }
 const std::string kSaveLine = Line("[DLL.Save],5 : not so");
-
-Value Control(const char* type, testing::TestControl::Members members) {
-  return Value::ObjectPtr(std::make_shared<testing::TestControl>(type, std::move(members)));
-}
 
 [[noreturn]] void ScreenIsGone(std::string_view /*call*/) {
   throw Error(error_number::kDeviceIoError, "no screen");
 }
 
-class CZURDLLTest : public ::testing::Test {
+class CZURDLLTest : public testing::ToolkitTest {
  protected:
-  CZURDLLTest() {
-    ::setenv("LC_ALL", "xx_NOT_INSTALLED.UTF-8", 1);
-    std::filesystem::remove_all(log_);
-    CurrentHost().desktop = desktop_;
-    CurrentHost().clock = std::make_shared<testing::FixedClock>();
-  }
-
-  std::string Log() const { return std::filesystem::exists(log_) ? testing::ReadFile(log_) : ""; }
   int ErrorOfErrorlog() {
     const Error error = testing::ErrorOf([this] { toolkit_.ERRORLOG("x", "y", false); });
     EXPECT_TRUE(testing::Contains(error, log_.string()));
     return error.Number();
   }
   void FailToSave() { toolkit_.ReportFailure({5, "not so"}, "DLL.Save"); }
-
-  const std::filesystem::path log_ = TempFolder() / "Error.log";
-  const std::shared_ptr<testing::RecordingDesktop> desktop_ =
-      std::make_shared<testing::RecordingDesktop>();
-  CZURDLL toolkit_;
 };
 
 TEST_F(CZURDLLTest, AFailureIsRaisedThenShownThenLogged) {
@@ -173,42 +151,6 @@ TEST_F(CZURDLLTest, AFailureMayBeLoggedWithoutATextByItsHandlerAndInACatchBlock)
   }
   EXPECT_EQ(desktop_->messages.at(0).prompt, "");
   EXPECT_EQ(Log(), Line("[Handler],") + Line("[DLL->LoadPage],"));
-}
-
-TEST_F(CZURDLLTest, CheckEmptyTellsTheFirstEmptyControlInItsOwnWordsIfItHasAny) {
-  const Value form = Control("Form", {{"Caption", "Party"}});
-  const auto box = [&](const char* text, const char* tag) {
-    return Control("TextBox", {{"Text", text}, {"Tag", tag}, {"Parent", form}});
-  };
-  EXPECT_FALSE(toolkit_.CheckEmpty({box("x", ""), box(" y ", "")}));
-  EXPECT_FALSE(toolkit_.CheckEmpty({}));
-  EXPECT_TRUE(desktop_->messages.empty());
-
-  const Value blank = box("   ", "  ");
-  EXPECT_TRUE(toolkit_.CheckEmpty({box("x", ""), blank, box("", "Name?")}));
-  EXPECT_TRUE(toolkit_.CheckEmpty({box("", "Name?")}));
-  ASSERT_EQ(desktop_->messages.size(), 2U) << "the rest is not examined";
-  const MessageRequest& standard = desktop_->messages[0];
-  EXPECT_EQ(standard.prompt, "This field cannot be empty.");
-  EXPECT_EQ(standard.title, "Party");
-  EXPECT_EQ(standard.unload_time, std::chrono::milliseconds(1000));
-  EXPECT_EQ(standard.converge_to, &blank.ToObject());
-  EXPECT_TRUE(standard.focus && !standard.animate && standard.icon == msgInformation);
-  EXPECT_EQ(desktop_->messages[1].prompt, "Name?");
-  EXPECT_EQ(desktop_->messages[1].unload_time, std::chrono::milliseconds(2000));
-
-  EXPECT_FALSE(toolkit_.CheckEmpty({form})) << "a control without Text";
-  EXPECT_EQ(toolkit_.LastError()->Number(), error_number::kNoSuchMember);
-  EXPECT_NE(Log().find("[DLL.CheckEmpty],438 : "), std::string::npos);
-}
-
-TEST_F(CZURDLLTest, AFormIsAlignedInTwipsWithTheAreaThatWindowsMayCover) {
-  testing::TestControl form("Form", {{"Width", 4500}, {"Height", 3000}, {"Left", 0}, {"Top", 0}});
-  desktop_->work_area = {0, 0, 1000, 700};
-  toolkit_.AlignForm(form);
-  EXPECT_TRUE(form["Left"] == Value(10500) && form["Top"] == Value(7500));
-  toolkit_.AlignForm(form, zurAlignCenter);
-  EXPECT_TRUE(form["Left"] == Value(5250) && form["Top"] == Value(3750));
 }
 
 TEST_F(CZURDLLTest, WireFramesAreDrawnUnlessThereIsNoStep) {

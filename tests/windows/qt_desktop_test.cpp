@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QtWidgets>
 #include <chrono>
@@ -9,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/error.h"
 #include "common/host.h"
 #include "platform/qt/qt_application.h"
 #include "platform/qt/qt_host.h"
@@ -185,6 +187,64 @@ TEST(FirstWindowTest, MessagesAreShownOrWrittenAndTheProgramGoesOnAsItWas) {
     EXPECT_TRUE(printed.startsWith('*') ? out.endsWith(printed.mid(1)) : out.startsWith(printed));
     EXPECT_EQ(errors.contains("Information: Day closed\n"), written);
   }
+}
+
+TEST(QtDesktopTest, SentKeysAreTypedIntoTheWindowThatHasTheFocus) {
+  QDialog form;
+  auto* const layout = new QVBoxLayout(&form);
+  auto* const first = new QLineEdit;
+  auto* const second = new QLineEdit;
+  auto* const save = new QPushButton("Save");
+  for (QWidget* const widget :
+       {static_cast<QWidget*>(first), static_cast<QWidget*>(second), static_cast<QWidget*>(save)}) {
+    layout->addWidget(widget);
+  }
+  form.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  first->setFocus();
+  QtDesktop desktop;
+  const auto send = [&](int code, int shift = 0) {
+    desktop.SendKey(code, shift);
+    desktop.DoEvents();
+  };
+  for (const int code : {65, 97, 190, 219, 53}) send(code);
+  for (const int code : {65, 219, 53}) send(code, 1);
+  EXPECT_EQ(first->text(), "a1.[5A{%");
+  send('A', 2);  // all of it
+  send(46);
+  EXPECT_EQ(first->text(), "");
+  send(9);
+  EXPECT_TRUE(second->hasFocus());
+  send(9, 1);
+  EXPECT_TRUE(first->hasFocus());
+  QSignalSpy saved(save, &QPushButton::clicked);
+  send(13);
+  EXPECT_EQ(saved.count(), 1) << "the default button";
+  EXPECT_THROW(desktop.SendKey(255, 0), Error);
+  send(27);
+  EXPECT_FALSE(form.isVisible());
+  send('A');  // no window at all
+}
+
+TEST(QtDesktopTest, AWindowStaysOnTopUnderItsHandleAndADelayKeepsWindowsAlive) {
+  QtDesktop desktop;
+  QWidget window;
+  QLineEdit edit(&window);
+  window.show();
+  const WId handle = window.winId();
+  desktop.ShowTopMost(static_cast<std::int64_t>(handle));
+  EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  EXPECT_TRUE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_EQ(window.winId(), handle);
+  EXPECT_THROW(desktop.ShowTopMost(0x7fffffff), Error);
+
+  bool alive = false;
+  QTimer::singleShot(1ms, &window, [&] { alive = true; });
+  const auto start = std::chrono::steady_clock::now();
+  desktop.Delay(20ms);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 20ms);
+  EXPECT_TRUE(alive);
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 #include <array>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include "common/names.h"
 #include "common/text_cells.h"
+#include "platform/qt/qt_sql.h"
 
 namespace kel::command {
 namespace {
@@ -29,9 +31,8 @@ constexpr std::array kOptions = {
     OptionSpec{"--preview", OptionKind::kFlag},
 };
 
-// Endings and database addresses of outputs and sources that come with later versions.
+// Endings of outputs that come with later versions.
 constexpr std::array<std::string_view, 3> kLaterEndings = {".doc", ".xls", ".xlsx"};
-constexpr std::array<std::string_view, 2> kLaterDatabases = {"postgresql://", "odbc:"};
 
 // Collects what the version cannot do while the command line is still being checked, since wrong
 // usage is told first.
@@ -99,13 +100,12 @@ void Reading::ReadSource() {
 void Reading::ReadDatabase() {
   if (!arguments_.Has("--db")) throw UsageError("--sql needs --db");
   if (!arguments_.Has("--sql")) throw UsageError("--db needs --sql");
-  options_.source_kind = SourceKind::kDatabase;
+  options_.source_kind = SourceKind::kDatabaseFile;
   options_.source = *arguments_.Value("--db");
   options_.sql = *arguments_.Value("--sql");
-  for (const std::string_view scheme : kLaterDatabases) {
-    if (SameName(std::string_view(options_.source).substr(0, scheme.size()), scheme)) {
-      Miss("--db " + std::string(scheme));
-    }
+  if (IsDatabaseUrl(options_.source)) {
+    options_.source_kind = SourceKind::kServer;
+    options_.server = std::exchange(options_.source, WithoutPassword(options_.source));
   }
 }
 

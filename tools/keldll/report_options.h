@@ -13,7 +13,7 @@
 
 namespace kel::command {
 
-enum class SourceKind { kGridFile, kCsvFile, kDatabase };
+enum class SourceKind { kGridFile, kCsvFile, kDatabaseFile, kServer };
 
 enum class OutputKind { kStandardOutput, kPageFile, kText, kPdf };
 
@@ -24,7 +24,8 @@ struct Output {
 
 struct ReportOptions {
   SourceKind source_kind = SourceKind::kGridFile;
-  std::string source;  // the path of a file or an SQLite database
+  std::string source;  // the path of a file or an SQLite database; of a server what messages show
+  std::string server;  // its whole address, with the password
   std::string sql;
 
   std::optional<std::string> caption;

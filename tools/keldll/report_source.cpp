@@ -2,20 +2,24 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
 
 #include "common/error.h"
+#include "common/names.h"
 #include "common/text_cells.h"
 #include "data/csv.h"
 #include "data/sql_text.h"
 #include "data/sqlite.h"
 #include "engine/column_widths.h"
 #include "keldll/grid_json.h"
+#include "platform/qt/qt_sql.h"
 
 namespace kel::command {
 namespace {
 
 constexpr std::int32_t kMeasuredRows = 1000;
 constexpr Cells kWidestMeasured = 40;
+constexpr std::string_view kPostgresScheme = "postgresql:";
 
 std::vector<std::int32_t> MeasureGrid(const MemoryGrid& grid) {
   ColumnWidths widths(static_cast<std::size_t>(grid.Cols()), kWidestMeasured);
@@ -39,8 +43,11 @@ ReportSource::ReportSource(const ReportOptions& options)
     case SourceKind::kCsvFile:
       OpenCsvFile();
       break;
-    case SourceKind::kDatabase:
-      OpenDatabase();
+    case SourceKind::kDatabaseFile:
+      OpenDatabaseFile();
+      break;
+    case SourceKind::kServer:
+      OpenServer();
       break;
   }
 }
@@ -61,8 +68,21 @@ void ReportSource::OpenCsvFile() {
   StreamRecords(FileStem());
 }
 
-void ReportSource::OpenDatabase() {
+void ReportSource::OpenDatabaseFile() {
   connection_ = Connection(OpenSqlite(options_.source, Access::kRead));
+  StreamStatement();
+}
+
+void ReportSource::OpenServer() {
+  connection_ = Connection(OpenDatabaseUrl(options_.server));
+  if (SameName(options_.source.substr(0, kPostgresScheme.size()), kPostgresScheme)) {
+    // As a file is opened for reading only.
+    connection_.Execute("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
+  }
+  StreamStatement();
+}
+
+void ReportSource::StreamStatement() {
   records_.Open(options_.sql, connection_);
   const std::string table = FirstTableName(options_.sql);
   StreamRecords(table.empty() ? FileStem() : table);

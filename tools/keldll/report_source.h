@@ -32,7 +32,9 @@ class ReportSource {
  private:
   void OpenGridFile();
   void OpenCsvFile();
-  void OpenDatabase();
+  void OpenDatabaseFile();
+  void OpenServer();
+  void StreamStatement();
   void StreamRecords(const std::string& caption);
   void DressGrid(GridSource& grid, const std::string& caption);
   std::string FileStem() const;

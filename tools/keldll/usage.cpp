@@ -24,7 +24,9 @@ constexpr std::string_view kReportUsage = R"(usage: keldll report SOURCE [layout
 SOURCE, one of
   grid.json                a grid with widths, alignments, fonts and titles
   table.csv                comma-separated values; the first record is the headings
-  --db FILE --sql TEXT     the rows of a statement on an SQLite database
+  --db DB --sql TEXT       the rows of a statement; DB: an SQLite file,
+                           postgresql://user@host:port/name or
+                           odbc:CONNECTION STRING
 
 Layout
   --caption TEXT           the caption of the page line

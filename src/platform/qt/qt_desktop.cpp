@@ -1,15 +1,21 @@
 #include "platform/qt/qt_desktop.h"
 
 #include <QApplication>
+#include <QEventLoop>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QScreen>
 #include <QThread>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
 #include <cstdlib>
 
+#include "common/error.h"
 #include "controls/top_window.h"
 #include "controls/widget_object.h"
 #include "platform/qt/qt_application.h"
+#include "platform/qt/virtual_keys.h"
 #include "platform/qt/wire_frame.h"
 #include "toolkit/frmFlash.h"
 #include "toolkit/frmMsg.h"
@@ -111,6 +117,43 @@ RECT QtDesktop::WorkArea() {
 void QtDesktop::DrawWireRects(const RECT& from, const RECT& to, int steps,
                               std::chrono::milliseconds pause) {
   if (steps > 0 && CanShowWindows()) DrawWireFrame(from, to, steps, pause);
+}
+
+void QtDesktop::SendKey(int key_code, int shift) {
+  const TypedKey key = TypedKeyOf(key_code, shift);
+  if (!IsWindowThread()) return;
+  // The window hands the key on as it does one from the keyboard: to an open list first.
+  QWindow* const window = QGuiApplication::focusWindow();
+  if (window == nullptr) return;
+  for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QCoreApplication::postEvent(window, new QKeyEvent(type, key.key, key.modifiers, key.text));
+  }
+}
+
+void QtDesktop::ShowTopMost(std::int64_t window) {
+  if (!IsWindowThread()) return;
+  QWidget* const widget = QWidget::find(static_cast<WId>(window));
+  if (widget == nullptr) {
+    throw Error(error_number::kInvalidProcedureCall, "There is no window of that handle");
+  }
+  QWidget* const top = widget->window();
+  // Not QWidget::setWindowFlag: that hides the window and may give it another handle.
+  top->overrideWindowFlags(top->windowFlags() | Qt::WindowStaysOnTopHint);
+  if (QWindow* const handle = top->windowHandle()) {
+    handle->setFlag(Qt::WindowStaysOnTopHint);
+    handle->raise();
+  }
+}
+
+void QtDesktop::Delay(std::chrono::milliseconds time) {
+  if (!IsWindowThread()) return headless_.Delay(time);
+  QEventLoop loop;
+  QTimer timer;
+  timer.setTimerType(Qt::PreciseTimer);
+  timer.setSingleShot(true);
+  QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+  timer.start(time);
+  loop.exec();
 }
 
 }  // namespace kel

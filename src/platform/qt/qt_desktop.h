@@ -22,6 +22,10 @@ class QtDesktop : public Desktop {
   RECT WorkArea() override;
   void DrawWireRects(const RECT& from, const RECT& to, int steps,
                      std::chrono::milliseconds pause) override;
+  /// The key's text is that of a US keyboard. Shortcuts and mnemonics do not see the key.
+  void SendKey(int key_code, int shift) override;
+  void ShowTopMost(std::int64_t window) override;
+  void Delay(std::chrono::milliseconds time) override;
 
  private:
   HeadlessDesktop headless_;

@@ -1,4 +1,4 @@
-#include "preview/case_folding.h"
+#include "common/case_folding.h"
 
 #include <utf8proc.h>
 
