@@ -64,7 +64,6 @@ bool HasCurrencyDecimals(std::string_view text) {
 }
 
 Value DecimalValue(const CellView& cell) {
-  if (cell.kind == CellView::Kind::kInteger) return PlainValue(cell);
   NumberBuffer buffer;
   const std::string_view text = CellText(cell, FieldType::kNumeric, buffer);
   if (cell.kind != CellView::Kind::kBinary && HasCurrencyDecimals(text)) {

@@ -12,6 +12,7 @@
 #include "data/sql_rewrite.h"
 #include "data/sql_text.h"
 #include "data/sqlite_statement.h"
+#include "data/sqlite_sums.h"
 
 namespace kel {
 namespace {
@@ -116,6 +117,9 @@ Opened Open(const std::filesystem::path& path, Access access, std::chrono::milli
     sqlite3_busy_timeout(handle, static_cast<int>(lock_wait.count()));
     // Opening reads nothing; only this tells whether the file is a database.
     code = sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr);
+  }
+  if (code == SQLITE_OK) {
+    code = UseExactSums(handle);
   }
   return {database, code};
 }

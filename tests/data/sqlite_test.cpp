@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "data/field_value.h"
 #include "support/errors.h"
 #include "support/sqlite_file.h"
 #include "support/test_folder.h"
@@ -70,6 +71,30 @@ TEST_F(SqliteTest, ExpressionsTakeTheTypeOfTheFirstRowWhichIsStillHandedOut) {
   EXPECT_EQ(statement->Cell(0).integer, 3);
   EXPECT_FALSE(statement->Step());
   EXPECT_FALSE(statement->Step());  // it does not start over
+}
+
+TEST_F(SqliteTest, SumsOfAmountsDoNotDrift) {
+  const auto driver = Make(
+      "CREATE TABLE t(n INTEGER, paid DECIMAL(9,2)); INSERT INTO t VALUES (1, 0.1), (2, 0.2),"
+      " (3, '0.70'), (4, -1), (5, NULL)");
+  const auto text = [&](const std::string& sql) {
+    NumberBuffer buffer;
+    const auto statement = driver->Prepare(sql);
+    std::string all;
+    while (statement->Step()) {
+      all += std::string(CellText(statement->Cell(0), FieldType::kText, buffer)) + " ";
+    }
+    return all;
+  };
+  EXPECT_EQ(text("SELECT SUM(paid) FROM t WHERE n < 3"), "0.3 ");
+  EXPECT_EQ(text("SELECT sum(paid) OVER (ORDER BY n ROWS 1 PRECEDING) FROM t"),
+            "0.1 0.3 0.9 -0.3 -1 ");
+  EXPECT_EQ(text("SELECT typeof(SUM(n)) || SUM(n) || TOTAL(n) FROM t"), "integer1515.0 ");
+  EXPECT_EQ(text("SELECT SUM(paid) IS NULL OR TOTAL(paid) FROM t WHERE n = 5"), "1 ");
+  EXPECT_EQ(text("SELECT TOTAL(paid) FROM t WHERE n = 9"), "0 ");
+  EXPECT_TRUE(Contains(
+      ErrorOf([&] { text("SELECT SUM(x) FROM (SELECT n, 9223372036854775807 AS x FROM t)"); }),
+      "integer overflow"));
 }
 
 TEST_F(SqliteTest, ExecuteCountsTheRecordsOfThisStatementOnly) {
