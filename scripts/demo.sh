@@ -48,7 +48,7 @@ show_preview() {
 
 if ! show_preview; then
   printf '\n=== Pictures of the windows, since there is no display to open them on\n'
-  "$root/build/release/keldll_pictures" "$out/trial_balance.json" "$out/pictures"
+  "$root/build/release/keldll_pictures" --books "$out/books.db" "$out/trial_balance.json" "$out/pictures"
 fi
 
 printf '\n=== Files written\n'
@@ -60,6 +60,7 @@ build/release/keldll report --db demo-output/books.db --sql 'SELECT Code, Name, 
 build/release/keldll report demo-output/trial_balance.json --preview
 build/release/keldll report demo-output/trial_balance.json -o demo-output/trial_balance.pdf
 build/release/keldll setup
+build/release/ledger_vouchers demo-output/books.db
 build/release/keldll report demo-output/trial_balance.json --set PrintColumnDivider=True --pages 2-2
 build/release/keldll words --extended 123456789.50
 END

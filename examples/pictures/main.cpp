@@ -1,6 +1,8 @@
 // Opens every window of the library with a report of yours and saves a picture of each.
 //
-//     keldll_pictures [--dark] [--font-points N] GRID.json FOLDER
+//     keldll_pictures [--dark] [--font-points N] [--books BOOKS.db] GRID.json FOLDER
+//
+// With the books of examples/ledger the window of its voucher program is drawn, too.
 //
 // Without a screen of its own (QT_QPA_PLATFORM) it draws on none: the offscreen platform.
 
@@ -25,11 +27,14 @@
 #include "platform/qt/qt_host.h"
 #include "setup/frmSetup.h"
 #include "toolkit/CZURDLL.h"
+#include "vouchers/books.h"
+#include "vouchers/frmVoucher.h"
 
 namespace {
 
 constexpr QSize kPreviewSize(1280, 800);
-constexpr int kProgress = 40;       // of 100
+constexpr int kProgress = 40;  // of 100
+constexpr const char* kVoucher = "SAL-00042";
 constexpr int kFlashTime = 60'000;  // milliseconds; the picture is taken long before
 
 QWidget* Window(const QString& name) {
@@ -146,6 +151,15 @@ void SaveSetupWindows(const Pictures& pictures) {
   pictures.Save(&setup, "frmSetup_windows_mode");
 }
 
+void SaveVoucher(const Pictures& pictures, const QString& file) {
+  ledger::Books books(file.toStdString());
+  ledger::frmVoucher window(books);
+  window.show();
+  PartOf<QLineEdit>(&window, "txtFind")->setText(kVoucher);
+  Press(&window, "Open");
+  pictures.Save("frmVoucher");
+}
+
 void UseDarkColors() {
   const QColor window(45, 45, 48);
   QPalette dark(window, window);
@@ -156,8 +170,9 @@ void UseDarkColors() {
 
 void Run() {
   QCommandLineParser options;
-  options.addOptions(
-      {{"dark", "Light text on dark windows."}, {"font-points", "The system's font size.", "N"}});
+  options.addOptions({{"dark", "Light text on dark windows."},
+                      {"font-points", "The system's font size.", "N"},
+                      {"books", "Draws the voucher window on these books, too.", "BOOKS.db"}});
   options.addPositionalArgument("GRID.json", "The report in the preview.");
   options.addPositionalArgument("FOLDER", "Where the pictures go.");
   options.addHelpOption();
@@ -181,6 +196,7 @@ void Run() {
   SavePreview(pictures, report);
   SaveToolkitWindows(pictures);
   SaveSetupWindows(pictures);
+  if (options.isSet("books")) SaveVoucher(pictures, options.value("books"));
 }
 
 // What the offscreen platform cannot do is no news to who looks at pictures.

@@ -42,6 +42,12 @@ std::string PlainText(double number) {
   return {text.data(), static_cast<std::size_t>(end - text.data())};
 }
 
+// Behind a minus sign another one would begin a comment.
+std::string ApartFromSigns(std::string number) {
+  if (!number.empty() && number[0] == '-') number.insert(0, 1, ' ');
+  return number;
+}
+
 }  // namespace
 
 std::string QuoteName(std::string_view name) {
@@ -64,9 +70,9 @@ std::string QuoteValue(const Value& value) {
     case ValueKind::kDate:
       return QuotedDate(Date{value.ToDouble()});
     case ValueKind::kDouble:
-      return PlainText(value.ToDouble());
+      return ApartFromSigns(PlainText(value.ToDouble()));
     default:
-      return value.ToText();
+      return ApartFromSigns(value.ToText());
   }
 }
 

@@ -16,7 +16,8 @@ namespace kel {
 std::string QuoteName(std::string_view name);
 
 /// A value as it stands in an SQL text on every database: texts in single quotes with quotes inside
-/// them doubled, numbers with a decimal point, dates between "#" signs, Null for Null and Empty.
+/// them doubled, numbers with a decimal point and a blank before a minus sign, dates between "#"
+/// signs, Null for Null and Empty.
 ///
 ///     const std::string pattern = "AccName = " + QuoteValue(typed_by_the_user);
 ///

@@ -134,6 +134,7 @@ void CZURDLL::ReportCaught(const char* location) noexcept {
 }
 
 void CZURDLL::ReportFailure(const Error& failure, const std::string& ErrLocation) noexcept {
+  last_error_ = failure;
   Quietly([&] {
     if (ThisThread().busy) {
       AppendToErrorLog(TempFolder(), LogLocation(LocationOf(ErrLocation)), FailureText(failure));
@@ -143,8 +144,9 @@ void CZURDLL::ReportFailure(const Error& failure, const std::string& ErrLocation
     bool respond = true;
     HandleError(respond, ErrLocation);
   });
-  ReleaseRecordset();
-  // Last, because operations that the handler called have had their own results meanwhile.
+  // Without closing it: a loop of an operation that called back may still be on it.
+  recordset_.reset();
+  // Again, because operations that the handler called have had their own results meanwhile.
   last_error_ = failure;
 }
 
@@ -161,11 +163,6 @@ void CZURDLL::RaiseError(const Error& failure, bool& Response) const {
   std::int32_t number = failure.Number();
   std::string description = failure.Description();
   Quietly([&] { handler(number, description, Response); });
-}
-
-// Without closing it: a loop of an operation that called back may still be on it.
-void CZURDLL::ReleaseRecordset() noexcept {
-  if (recordset_ && recordset_->State() == ObjectState::kOpen) recordset_.reset();
 }
 
 void CZURDLL::ERRORLOG(Value&& ErrLocation, const std::string& ErrDesc, bool Respond) {

@@ -162,8 +162,9 @@ class CZURDLL {
   /// Shows the first row of a statement in controls: column i in element i of `Fields`, elements
   /// that are no objects are passed over. A label takes it as Caption; a check box and a date
   /// picker as Value; all others as Text, a combo box after its ListIndex has become -1. Where a
-  /// control cannot hold Null it is emptied. More elements than columns are Error 3265. Without a
-  /// row nothing changes. Failures are logged as of "DLL.BinTo", its published misspelling.
+  /// control cannot hold Null it is emptied; one that cannot be emptied either is a failure. More
+  /// elements than columns are Error 3265. Without a row nothing changes. Failures are logged as of
+  /// "DLL.BinTo", its published misspelling.
   void BindTo(Connection& Cnn, const std::string& SQL, const Value::Array& Fields);
 
   /// Adds a record to a table. Each field takes the value of the control that has its name; a
@@ -194,8 +195,9 @@ class CZURDLL {
 
   /// Shows the first record of "SELECT * FROM <Table> WHERE <Pattern>" in the form: each field in
   /// the control of its name. Check boxes and option buttons take 1 for True and 1, else 0; others
-  /// take the value by their default member, or are emptied where they cannot hold Null. True also
-  /// when no record matches; the form stays as it is then.
+  /// take the value by their default member, or are emptied where they cannot hold Null; one that
+  /// cannot be emptied either is a failure. True also when no record matches; the form stays as it
+  /// is then.
   bool SetFields(Connection& Cnn, Object& Frm, const std::string& Table,
                  const std::string& Pattern);
   /// The same with a whole statement.
@@ -318,7 +320,6 @@ class CZURDLL {
   void ReportCaught(const char* location) noexcept;
   void HandleError(bool& Respond, const std::string& ErrLocation);
   void RaiseError(const Error& failure, bool& Response) const;
-  void ReleaseRecordset() noexcept;
 
   bool ShowRecord(Connection& connection, Object& form, const std::string& sql);
 

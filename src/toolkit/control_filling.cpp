@@ -73,14 +73,18 @@ void AddRowTo(Object& list_items, Object::MemberId add, const Recordset& row) {
 
 void ShowValue(Object& control, const Value& value) {
   const char* member = "Text";
+  Value blank = "";
   if (IsKind(control, "Label")) {
     member = "Caption";
   } else if (IsKind(control, "ComboBox")) {
     Member(control, "ListIndex").Put(-1);
-  } else if (IsKind(control, "CheckBox") || BearsValue(control)) {
+  } else if (IsKind(control, "CheckBox")) {
+    member = "Value";
+    blank = 0;
+  } else if (BearsValue(control)) {
     member = "Value";
   }
-  PutOrBlank(control, control.Resolve(member), value);
+  PutOrBlank(control, control.Resolve(member), value, blank);
 }
 
 }  // namespace

@@ -38,12 +38,12 @@ bool IsKind(const Object& object, std::string_view kind) {
 
 bool BearsValue(const Object& control) { return control.Implements(kValueBearer); }
 
-void PutOrBlank(Object& control, Object::MemberId member, const Value& value) {
+void PutOrBlank(Object& control, Object::MemberId member, const Value& value, const Value& blank) {
   try {
     control.Put(member, value);
   } catch (const Error& error) {
     if (!value.IsNull() || error.Number() != error_number::kInvalidUseOfNull) throw;
-    control.Put(member, "");
+    control.Put(member, blank);
   }
 }
 

@@ -19,8 +19,9 @@ bool IsKind(const Object& object, std::string_view kind);
 /// Whether a control bears its value like a date picker.
 bool BearsValue(const Object& control);
 
-/// Writes a value; where the member cannot hold Null it becomes "" instead.
-void PutOrBlank(Object& control, Object::MemberId member, const Value& value);
+/// Writes a value; where the member cannot hold Null it becomes `blank` instead.
+void PutOrBlank(Object& control, Object::MemberId member, const Value& value,
+                const Value& blank = "");
 
 /// An element of a list member, such as List(index).
 Value ElementOf(Member& list, std::int32_t index);

@@ -7,6 +7,7 @@
 #include "common/date_text.h"
 #include "common/decimal_text.h"
 #include "common/numeric_value.h"
+#include "common/text_cells.h"
 #include "data/field_value.h"
 #include "toolkit/control_members.h"
 #include "toolkit/folded_text.h"
@@ -17,8 +18,10 @@ namespace {
 // ExVal, but whole numbers that a double cannot tell apart keep every digit.
 Value TolerantNumber(const std::string& text) {
   std::int64_t whole = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), whole);
-  if (read.ec == std::errc() && read.ptr == text.data() + text.size()) return whole;
+  const std::string_view digits = TrimBlanks(text);
+  const char* const end = digits.data() + digits.size();
+  const auto read = std::from_chars(digits.data(), end, whole);
+  if (read.ec == std::errc() && read.ptr == end) return whole;
   return ExVal(text);
 }
 

@@ -81,11 +81,11 @@ TEST(SqlQuoteTest, ValuesStandInSqlTextsOnEveryDatabase) {
                                                  {Value::Null(), "Null"},
                                                  {"it's '", "'it''s '''"},
                                                  {true, "True"},
-                                                 {-5, "-5"},
+                                                 {-5, " -5"},
                                                  {1e22, "10000000000000000000000"},
                                                  {2.5e-9, "0.0000000025"},
                                                  {0.1, "0.1"},
-                                                 {Currency{-12500}, "-1.25"},
+                                                 {Currency{-12500}, " -1.25"},
                                                  {Date{46112}, "#2026-03-31#"},
                                                  {Date{46112.5}, "#2026-03-31 12:00:00#"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(QuoteValue(value), text);

@@ -40,6 +40,7 @@ class CZURDLLTest : public testing::ToolkitTest {
 TEST_F(CZURDLLTest, AFailureIsRaisedThenShownThenLogged) {
   toolkit_.OnError([&](std::int32_t& number, std::string& description, bool& response) {
     desktop_->calls.push_back(std::to_string(number) + description + (response ? "!" : ""));
+    EXPECT_EQ(toolkit_.LastError()->Number(), 5);
   });
   toolkit_.ShowWait(false, "Saving...");
   desktop_->on_call = [&](std::string_view) { EXPECT_EQ(Log(), ""); };

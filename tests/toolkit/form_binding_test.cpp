@@ -86,7 +86,7 @@ TEST_F(FormBindingTest, ARecordGoesFromTheFormToTheTableAndBack) {
 TEST_F(FormBindingTest, AmountsAreSavedAsTypedAndNeverThroughADouble) {
   books_.Execute("CREATE TABLE Sums (Amount CURRENCY, Rate DECIMAL(38,10), Id INTEGER)");
   const ControlPtr amount = Box("-922,337,203,685,477.5807"), rate = Box("0.10000000000000000001");
-  const ControlPtr id = Box("9007199254740993");
+  const ControlPtr id = Box(" 9007199254740993 ");
   const ControlPtr form = MakeForm({{"Amount", amount}, {"Rate", rate}, {"Id", id}});
   EXPECT_TRUE(toolkit_.Save(books_, *form, "Sums"));
   EXPECT_NE(LastSql().find("[-922337203685477.5807] [0.10000000000000000001]"), std::string::npos)
@@ -129,6 +129,8 @@ TEST_F(FormBindingTest, NothingMatchedLeavesTheFormAndFailsToUpdateOrDelete) {
   EXPECT_FALSE(toolkit_.Delete(books_, "Ledger", "AccCode=99"));
   EXPECT_EQ(desktop_->messages.back().prompt, "3021 : No such records found.");
   EXPECT_EQ(Failure(), "[DLL.Delete],3021");
+  EXPECT_FALSE(toolkit_.SetSQLFields(books_, *form_, "no SQL"));
+  Failure();
   EXPECT_FALSE(toolkit_.Update(books_, *form_, "Ledger", "", 3));
   EXPECT_EQ(Failure(), "[DLL.Update],91") << "no recordset is open that could move";
   Enter("1|First||||||");

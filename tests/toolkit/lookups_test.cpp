@@ -114,6 +114,7 @@ TEST_F(LookupsTest, AListViewTakesRowsUntilANullAmongItsSubItems) {
 TEST_F(LookupsTest, BoundControlsTakeTheFirstRowByTheirKind) {
   const ControlPtr label = MakeControl("Label", {{"Caption", ""}});
   const ControlPtr check = MakeControl("CheckBox", {{"Value", 0}});
+  check->on_put = [](const std::string&, const Value& value) { value.ToDouble(); };
   const ControlPtr picker = MakeControl("Calendar", {{"Value", ""}});
   picker->interface_name = "{84656221-02A8-4F9B-9BD9-A5E50AE5D44B}";
   const ControlPtr box = MakeControl("TextBox", {{"Text", ""}});
@@ -134,6 +135,8 @@ TEST_F(LookupsTest, BoundControlsTakeTheFirstRowByTheirKind) {
   EXPECT_EQ((*combo_)["Text"], Value("Surat"));
   EXPECT_EQ((*combo_)["ListIndex"], Value(-1));
   EXPECT_EQ((*box)["Text"], Value("")) << "it cannot hold Null";
+  toolkit_.BindTo(books_, "SELECT NULL", {object(check)});
+  EXPECT_EQ((*check)["Value"], Value(0)) << "it cannot hold Null";
   toolkit_.BindTo(books_, "SELECT AccName FROM Ledger", {1, object(label)});
   EXPECT_EQ(Failure(), "[DLL.BinTo],3265");
 }
