@@ -80,9 +80,16 @@ constexpr std::array kButton = {
                   PressWhenTrue},
 };
 
+// A name out of a database is no HTML, whatever it looks like.
+void SetLabelCaption(Control& control, const Value& value, Indexes /*indexes*/) {
+  auto& label = control.As<QLabel>();
+  if (label.textFormat() == Qt::AutoText) label.setTextFormat(Qt::PlainText);
+  label.setText(QTextOf(value));
+}
+
 constexpr std::array kLabel = {
     ControlMember{"Caption", [](Control& c, Indexes) { return ValueOf(c.As<QLabel>().text()); },
-                  [](Control& c, const Value& v, Indexes) { c.As<QLabel>().setText(QTextOf(v)); }},
+                  SetLabelCaption},
     ControlMember{
         "Alignment", [](Control& c, Indexes) { return AlignmentValue(c.As<QLabel>().alignment()); },
         [](Control& c, const Value& v, Indexes) { c.As<QLabel>().setAlignment(AlignmentOf(v)); }},

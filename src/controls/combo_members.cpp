@@ -35,9 +35,15 @@ Value ListIndex(Control& control, Indexes /*indexes*/) {
   return other ? -1 : current;
 }
 
+void Choose(QComboBox& combo, int item) {
+  QLineEdit* const line = combo.lineEdit();
+  if (line != nullptr && item >= 0) MakeRoom(*line, combo.itemText(item));
+  combo.setCurrentIndex(item);
+}
+
 void SetListIndex(Control& control, const Value& value, Indexes /*indexes*/) {
   const int last = ItemList(Combo(control)).Count() - 1;
-  Combo(control).setCurrentIndex(NumberWithin(value, -1, last, "ListIndex"));
+  Choose(Combo(control), NumberWithin(value, -1, last, "ListIndex"));
 }
 
 // A blank chooses nothing in a list that has no blank to choose.
@@ -46,7 +52,7 @@ void SetComboText(Control& control, const Value& value, Indexes /*indexes*/) {
   const std::string text = value.ToText();
   const int item = ItemList(combo).Find(text);
   if (item >= 0) {
-    combo.setCurrentIndex(item);
+    Choose(combo, item);
   } else if (combo.isEditable()) {
     SetText(*combo.lineEdit(), QString::fromStdString(text));
   } else if (text.empty()) {

@@ -1,5 +1,6 @@
 #include <QFontInfo>
 #include <QLatin1String>
+#include <QTabWidget>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -29,8 +30,19 @@ Value ContainerOf(Control& control, Indexes /*indexes*/) {
   return WidgetValue(parent);
 }
 
+// Tabs that are behind others come to the front with what is in them.
+void ShowPageOf(QWidget& widget) {
+  for (QWidget* page = &widget; !page->isWindow(); page = page->parentWidget()) {
+    QWidget* const stack = page->parentWidget();
+    auto* const tabs = qobject_cast<QTabWidget*>(stack->parentWidget());
+    const int tab = tabs == nullptr ? -1 : tabs->indexOf(page);
+    if (tab >= 0 && tabs->isTabVisible(tab)) tabs->setCurrentIndex(tab);
+  }
+}
+
 Value SetFocus(Control& control, Arguments& /*arguments*/) {
   QWidget& widget = control.Widget();
+  if (widget.isEnabled()) ShowPageOf(widget);
   if (!widget.isEnabled() || !widget.isVisible()) {
     ThrowRefused(widget.objectName().toStdString() + " cannot take the focus");
   }
@@ -45,6 +57,16 @@ Value ZOrder(Control& control, Arguments& arguments) {
   const bool behind = !position.IsMissing() && NumberWithin(position, 0, kBehind, "ZOrder") != 0;
   behind ? control.Widget().lower() : control.Widget().raise();
   return {};
+}
+
+// A window that has been given no size yet gets the one that its showing would give it.
+QWidget& Sized(Control& control) {
+  QWidget& widget = control.Widget();
+  if (widget.isWindow() && !widget.isVisible() && !widget.testAttribute(Qt::WA_Resized)) {
+    widget.adjustSize();
+    widget.setAttribute(Qt::WA_Resized, false);
+  }
+  return widget;
 }
 
 // A window's size is counted with its frame.
@@ -120,17 +142,16 @@ constexpr std::array kIdentity = {
                     c.Widget().move(c.Widget().x(), PixelsOf(value.ToInt32()));
                   }},
     ControlMember{
-        "Width",
-        [](Control& c, Indexes) -> Value { return TwipsOf(c.Widget().frameSize().width()); },
+        "Width", [](Control& c, Indexes) -> Value { return TwipsOf(Sized(c).frameSize().width()); },
         [](Control& c, const Value& value, Indexes) {
-          QWidget& widget = c.Widget();
+          QWidget& widget = Sized(c);
           widget.resize(PixelsOf(value.ToInt32()) - Frame(widget).width(), widget.height());
         }},
     ControlMember{
         "Height",
-        [](Control& c, Indexes) -> Value { return TwipsOf(c.Widget().frameSize().height()); },
+        [](Control& c, Indexes) -> Value { return TwipsOf(Sized(c).frameSize().height()); },
         [](Control& c, const Value& value, Indexes) {
-          QWidget& widget = c.Widget();
+          QWidget& widget = Sized(c);
           widget.resize(widget.width(), PixelsOf(value.ToInt32()) - Frame(widget).height());
         }},
     ControlMember{

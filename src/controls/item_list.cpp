@@ -21,6 +21,16 @@ void RemoveRows(QAbstractItemModel& model, int row, int count, const QModelIndex
   }
 }
 
+int FetchedRows(QAbstractItemModel& model, const QModelIndex& parent, int wanted) {
+  int known = model.rowCount(parent);
+  while (known < wanted && model.canFetchMore(parent)) {
+    model.fetchMore(parent);
+    if (model.rowCount(parent) == known) break;
+    known = model.rowCount(parent);
+  }
+  return known;
+}
+
 void SetItem(QAbstractItemModel& model, const QModelIndex& item, const QVariant& value, int role) {
   if (!model.setData(item, value, role)) ThrowReadOnly("an item of the model");
 }
@@ -47,15 +57,7 @@ ItemList::ItemList(const QWidget& widget) {
   if (model_ == nullptr) throw Error(error_number::kObjectNotSet, "the list has no model");
 }
 
-int ItemList::Count() const {
-  int known = model_->rowCount(root_);
-  while (model_->canFetchMore(root_)) {
-    model_->fetchMore(root_);
-    if (model_->rowCount(root_) == known) break;
-    known = model_->rowCount(root_);
-  }
-  return known;
-}
+int ItemList::Count() const { return FetchedRows(*model_, root_); }
 
 QModelIndex ItemList::At(int item) const {
   if (item < 0 || item >= Count()) {
@@ -77,6 +79,8 @@ int ItemList::Find(const std::string& text) const {
 int ItemList::Add(const QString& text, int item) const {
   const int count = Count();
   if (item < -1 || item > count) ThrowRefused("there is no place for an item at that index");
+  const int columns = model_->columnCount(root_);  // a new QStandardItemModel has none
+  if (columns <= column_) model_->insertColumns(columns, column_ + 1 - columns, root_);
   const QPersistentModelIndex row = InsertRow(*model_, item == -1 ? count : item, root_);
   const QPersistentModelIndex added = row.sibling(row.row(), column_);
   SetItem(*model_, added, text, Qt::EditRole);

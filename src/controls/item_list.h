@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVariant>
 #include <QWidget>
+#include <limits>
 
 namespace kel {
 
@@ -16,6 +17,11 @@ QPersistentModelIndex InsertRow(QAbstractItemModel& model, int row, const QModel
 
 /// Throws Error 5 when the model keeps any of them.
 void RemoveRows(QAbstractItemModel& model, int row, int count, const QModelIndex& parent);
+
+/// The rows below a parent. A model that fetches them bit by bit is asked for more, until `wanted`
+/// are there.
+int FetchedRows(QAbstractItemModel& model, const QModelIndex& parent,
+                int wanted = std::numeric_limits<int>::max());
 
 /// Throws Error 383 when the item cannot be written.
 void SetItem(QAbstractItemModel& model, const QModelIndex& item, const QVariant& value, int role);
@@ -30,7 +36,6 @@ class ItemList {
   explicit ItemList(const QWidget& widget);
 
   QAbstractItemModel& Model() const { return *model_; }
-  /// All rows: a model that fetches them bit by bit is asked for the rest.
   int Count() const;
   QModelIndex At(int item) const;
   std::string Text(int item) const;

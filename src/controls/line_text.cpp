@@ -13,11 +13,14 @@ constexpr int kNoLimit = std::numeric_limits<int>::max();
 
 }  // namespace
 
+void MakeRoom(QLineEdit& line, const QString& text) {
+  if (text.size() <= line.maxLength()) return;
+  if (MaxLength(line) != 0) ThrowInvalidValue("Text is longer than MaxLength");
+  line.setMaxLength(kNoLimit);
+}
+
 void SetText(QLineEdit& line, const QString& text) {
-  if (text.size() > line.maxLength()) {
-    if (MaxLength(line) != 0) ThrowInvalidValue("Text is longer than MaxLength");
-    line.setMaxLength(kNoLimit);
-  }
+  MakeRoom(line, text);
   line.setText(text);
 }
 

@@ -9,7 +9,10 @@
 
 namespace kel {
 
-/// Throws Error 380 for a text longer than a set MaxLength: nothing is cut silently.
+/// Makes room for a text beyond Qt's own limit. Throws Error 380 for one longer than a set
+/// MaxLength: nothing is cut silently.
+void MakeRoom(QLineEdit& line, const QString& text);
+/// The same, and puts the text in.
 void SetText(QLineEdit& line, const QString& text);
 
 /// 0: no limit, which Qt's own 32,767 counts as.

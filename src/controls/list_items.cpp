@@ -21,7 +21,7 @@ struct ListItems {
   std::optional<QHash<QString, QPersistentModelIndex>> rows_by_key;
 
   QAbstractItemModel& Model() const { return ModelOf(*view); }
-  int Count() const { return Model().rowCount(view->rootIndex()); }
+  int Count() const { return FetchedRows(Model(), view->rootIndex()); }
   QModelIndex At(int row) const { return Model().index(row, 0, view->rootIndex()); }
 };
 

@@ -1,6 +1,7 @@
 // What holds a number between two others: spin boxes, sliders, scroll and progress bars.
 
 #include <QAbstractSpinBox>
+#include <algorithm>
 #include <array>
 
 #include "controls/ProgressBar.h"
@@ -76,8 +77,16 @@ void SetMax(Control& control, const Value& value, Indexes /*indexes*/) {
 
 QAbstractSpinBox& Box(Control& control) { return control.As<QAbstractSpinBox>(); }
 
-void SetBoxText(Control& control, const Value& value, Indexes /*indexes*/) {
+/// A spin box always holds a number, so an emptied one holds 0, or the number next to it.
+void SetBoxText(Control& control, const Value& value, Indexes indexes) {
   const QString text = QTextOf(value);
+  if (text.isEmpty() && control.Widget().property(kValueProperty).isValid()) {
+    SetRangeValue(
+        control,
+        std::clamp(0.0, Min(control, indexes).ToDouble(), Max(control, indexes).ToDouble()),
+        indexes);
+    return;
+  }
   if (EnterText(Box(control), text)) return;
   throw Error(error_number::kTypeMismatch, "not a value of the field: " + text.toStdString());
 }

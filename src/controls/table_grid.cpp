@@ -35,10 +35,10 @@ TableGrid::TableGrid(QTableView& view)
 
 int TableGrid::FixedRows() const { return view_->horizontalHeader()->isHidden() ? 0 : 1; }
 
-int TableGrid::Rows() const { return model_->rowCount(root_) + FixedRows(); }
+int TableGrid::Rows() const { return FetchedRows(*model_, root_) + FixedRows(); }
 
 void TableGrid::Rows(int rows) const {
-  const int present = model_->rowCount(root_);
+  const int present = FetchedRows(*model_, root_);
   const int wanted = rows - FixedRows();
   if (wanted < present) {
     RemoveRows(*model_, wanted, present - wanted, root_);
@@ -70,12 +70,19 @@ int TableGrid::Row() const {
 void TableGrid::Row(int row) const {
   if (row < -1 || (row >= 0 && !HasRow(row))) ThrowOutOfRange();
   if (row >= FixedRows()) {
-    view_->setCurrentIndex(Cell(row, Col()));
+    MakeCurrent(Cell(row, Col()));
     return;
   }
   view_->setProperty(kColProperty, Col());
   view_->setProperty(kInHeaderProperty, row == 0);
   view_->setCurrentIndex({});
+}
+
+// The view itself leaves out disabled cells.
+void TableGrid::MakeCurrent(const QModelIndex& cell) const {
+  view_->setCurrentIndex(cell);
+  if (view_->currentIndex() == cell) return;
+  view_->selectionModel()->setCurrentIndex(cell, QItemSelectionModel::Clear);
 }
 
 int TableGrid::Col() const {
@@ -87,7 +94,7 @@ void TableGrid::Col(int col) const {
   if (col < 0 || col >= Cols()) ThrowOutOfRange();
   const QModelIndex current = view_->currentIndex();
   if (current.isValid()) {
-    view_->setCurrentIndex(current.siblingAtColumn(col));
+    MakeCurrent(current.siblingAtColumn(col));
   } else {
     view_->setProperty(kColProperty, col);
   }
@@ -118,13 +125,8 @@ void TableGrid::RequireCell(int row, int col) const {
 }
 
 bool TableGrid::HasRow(int row) const {
-  int known = model_->rowCount(root_);
-  while (known <= row - FixedRows() && model_->canFetchMore(root_)) {
-    model_->fetchMore(root_);
-    if (model_->rowCount(root_) == known) break;
-    known = model_->rowCount(root_);
-  }
-  return row < known + FixedRows();
+  const int place = row - FixedRows();  // in the model
+  return place < FetchedRows(*model_, root_, place + 1);
 }
 
 void TableGrid::ColAlignment(int col, const QVariant& alignment) const {

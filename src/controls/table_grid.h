@@ -13,7 +13,8 @@ namespace kel {
 /// The rows of a grid are those of the view's model, below the horizontal header, which is the
 /// fixed row 0 unless it is hidden; the vertical header does not count. So with a header row n is
 /// row n - 1 of the model, and without one row n. A model that fetches its rows bit by bit is asked
-/// for more when a later row is used. Rows and columns that there are not are Error 9.
+/// for more when a later row is used, and for all by Rows. Rows and columns that there are not are
+/// Error 9.
 class TableGrid {
  public:
   /// Throws Error 91 when the view has no model.
@@ -55,6 +56,7 @@ class TableGrid {
   void RequireCell(int row, int col) const;
   bool HasRow(int row) const;
   void AlignRow(int row) const;
+  void MakeCurrent(const QModelIndex& cell) const;
 
   QTableView* view_;
   QAbstractItemModel* model_;

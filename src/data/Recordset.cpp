@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "common/names.h"
@@ -100,6 +101,9 @@ bool Recordset::Fetch(std::int64_t rows) {
     }
   } catch (const Error& failure) {
     fetch_failure_ = failure;
+    throw;
+  } catch (const std::bad_alloc&) {
+    fetch_failure_ = Error(error_number::kOutOfMemory, "Out of memory");  // a row is lost
     throw;
   }
   return statement_ != nullptr;

@@ -120,10 +120,12 @@ class Recordset {
   Value Filter() const { return filter_; }
   void Filter(const Value& criteria);
 
-  /// Runs the statement again; Sort and Filter stay. On failure the rows stay too.
+  /// Runs the statement again; Sort and Filter stay, but for a Filter of bookmarks. On failure the
+  /// rows stay too. Throws Error 3219 while a record is edited.
   void Requery();
-  /// Reads the current row, or all rows, again from the database; no rows come or go. Throws Error
-  /// when a row is no longer there, after it has read the others.
+  /// Reads the current row, or all rows, again from the database; no rows come or go. Of a join,
+  /// and of one row, only the fields of the first table are read. Throws Error when a row is no
+  /// longer there, after it has read the others.
   void Resync(AffectRecords affected = AffectRecords::kAll);
 
   /// Begins a new row, which Update puts into the database and behind the others. An edit that is
@@ -144,7 +146,8 @@ class Recordset {
   Value FieldValue(int index) const;
   Value FieldValue(std::string_view name) const { return FieldValue(FieldIndex(name)); }
   /// The field's text as a report shows it, without an allocation per call: numbers in their
-  /// shortest decimal form that reads back the same, Null as "". Good until the next move or edit.
+  /// shortest decimal form that reads back the same, Null as "". Good until the next move, edit or
+  /// Fetch.
   std::string_view FieldText(int index) const;
   /// The field's cell as the database holds it; good as FieldText is.
   CellView FieldCell(int index) const;
@@ -198,6 +201,7 @@ class Recordset {
   std::vector<RowId> ResyncFromSource(BaseTable& table);
   BaseTable TableOf(std::span<const std::size_t> columns) const;
   std::vector<std::size_t> ColumnsOfFirstTable() const;
+  bool ReadsOneTable() const;
 
   // Of the next Open.
   std::int64_t max_records_ = 0;

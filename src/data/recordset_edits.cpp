@@ -96,6 +96,7 @@ EditMode Recordset::EditMode() const noexcept { return edit_.mode; }
 void Recordset::Requery() {
   RequireOpen();
   if (connection_ == nullptr) throw NotSupported("requery");
+  if (edit_.mode != EditMode::kNone) throw NotAllowedHere("a record is being edited");
   Recordset fresh;
   fresh.max_records_ = max_records_;
   fresh.in_slices_ = in_slices_;
@@ -113,10 +114,12 @@ void Recordset::Resync(AffectRecords affected) {
   BaseTable table = TableOf(ColumnsOfFirstTable());
   if (table.Key().columns.empty()) throw KeyIsInsufficient("no primary key is among the fields");
   std::vector<RowId> rows;
-  if (affected == AffectRecords::kAll) {
+  if (affected == AffectRecords::kCurrent) {
+    rows.push_back(CurrentRow());
+  } else if (ReadsOneTable()) {
     rows = ResyncFromSource(table);
   } else {
-    rows.push_back(CurrentRow());
+    rows = live_.All();  // of a join many rows may have the same key
   }
   bool missing = false;
   for (const RowId row : rows) {
@@ -183,6 +186,13 @@ void Recordset::StoreCells(RowId row, const TableCells& cells) {
 
 BaseTable Recordset::TableOf(std::span<const std::size_t> columns) const {
   return {connection_->Driver(), source_, columns_, columns};
+}
+
+bool Recordset::ReadsOneTable() const {
+  const std::string& table = columns_[ColumnsOfFirstTable().front()].table;
+  return std::all_of(columns_.begin(), columns_.end(), [&](const ColumnInfo& column) {
+    return column.table.empty() || column.table == table;
+  });
 }
 
 /// The first column that comes from a table, which stands for that table.

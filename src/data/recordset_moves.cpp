@@ -175,8 +175,14 @@ void Recordset::Find(std::string_view criteria, std::int64_t skip, SearchDirecti
   if (condition.Comparisons() != 1) throw WrongArguments("Find takes one comparison");
   FetchAll();
   std::int64_t position = PositionOf(start);
-  if (position < 0 || position >= SeenRows()) throw NoCurrentRecord();
   const bool forward = direction == SearchDirection::kForward;
+  if (on_deleted_ && start.IsMissing()) {
+    // The row behind the deleted one stands here.
+    if (forward && skip > 0) --skip;
+    if (!forward && skip == 0) skip = 1;
+  } else if (position < 0 || position >= SeenRows()) {
+    throw NoCurrentRecord();
+  }
   const std::int64_t step = forward ? 1 : -1;
   position += step * std::clamp<std::int64_t>(skip, -SeenRows() - 1, SeenRows() + 1);
   position =

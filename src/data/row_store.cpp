@@ -105,7 +105,10 @@ RowId RowStore::AppendCells(CellOf cell_of) {
     for (ColumnChunk& column : chunk) column.CutTo(rows_ % ColumnChunk::kRows);
     throw;
   }
-  return static_cast<RowId>(rows_++);
+  const auto row = static_cast<RowId>(rows_++);
+  // Not before the row is in: its cells may be views into this very chunk.
+  if (rows_ % ColumnChunk::kRows == 0) Seal();
+  return row;
 }
 
 void RowStore::Seal() {
@@ -114,10 +117,7 @@ void RowStore::Seal() {
 }
 
 std::vector<ColumnChunk>& RowStore::OpenChunk() {
-  if (rows_ == chunks_.size() * ColumnChunk::kRows) {
-    Seal();
-    chunks_.emplace_back(columns_);
-  }
+  if (rows_ == chunks_.size() * ColumnChunk::kRows) chunks_.emplace_back(columns_);
   return chunks_.back();
 }
 

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <cerrno>
 #include <limits>
 #include <string>
@@ -27,12 +28,15 @@ class SqliteDriver : public Driver {
                                      std::span<const Parameter> parameters) override;
   std::int64_t Execute(std::string_view sql, std::span<const Parameter> parameters) override;
   std::vector<std::string> KeyOf(const std::string& table) override;
+  std::string QuotedName(std::string_view name) const override;
   bool HasReturning() const override {
     constexpr int kFirstVersion = 3035000;
     return sqlite3_libversion_number() >= kFirstVersion;
   }
 
  private:
+  /// How long the name of an attached database before a table's is; 0 when there is none.
+  std::size_t DatabasePart(std::string_view name) const;
   SqliteHandle Compile(const std::string& sql);
   bool HoldsStatement(const char* sql);
 
@@ -58,12 +62,31 @@ std::int64_t SqliteDriver::Execute(std::string_view sql, std::span<const Paramet
 }
 
 std::vector<std::string> SqliteDriver::KeyOf(const std::string& table) {
-  const Parameter name{CellView::Text(table)};
+  const std::string_view name = table;
+  const std::size_t database = DatabasePart(name);
+  std::array<Parameter, 2> parameters;
+  parameters[0].cell = CellView::Text(database == 0 ? name : name.substr(database + 1));
+  if (database > 0) parameters[1].cell = CellView::Text(name.substr(0, database));
   const std::unique_ptr<Statement> columns =
-      Prepare("SELECT name FROM pragma_table_info(?) WHERE pk > 0 ORDER BY pk", {&name, 1});
+      Prepare("SELECT name FROM pragma_table_info(?, ?) WHERE pk > 0 ORDER BY pk", parameters);
   std::vector<std::string> key;
   while (columns->Step()) key.emplace_back(columns->Cell(0).bytes);
   return key;
+}
+
+std::string SqliteDriver::QuotedName(std::string_view name) const {
+  const std::size_t database = DatabasePart(name);
+  if (database == 0) return Driver::QuotedName(name);
+  return Driver::QuotedName(name.substr(0, database)) + "." +
+         Driver::QuotedName(name.substr(database + 1));
+}
+
+std::size_t SqliteDriver::DatabasePart(std::string_view name) const {
+  const std::size_t point = name.find('.');
+  if (point == std::string_view::npos) return 0;
+  const bool is_database =
+      sqlite3_db_readonly(database_.get(), std::string(name.substr(0, point)).c_str()) >= 0;
+  return is_database ? point : 0;
 }
 
 SqliteHandle SqliteDriver::Compile(const std::string& sql) {

@@ -106,27 +106,29 @@ void BindParameters(sqlite3* database, sqlite3_stmt* statement,
 
 SqliteStatement::SqliteStatement(SqliteDatabase database, SqliteHandle handle, std::string sql)
     : database_(std::move(database)), handle_(std::move(handle)), sql_(std::move(sql)) {
-  std::vector<int> untyped;
+  if (sqlite3_column_count(handle_.get()) == 0) return;
+  // Only the first step finds out that another program has made the tables anew meanwhile, and then
+  // compiles the statement anew: what stands in its columns is not known before.
+  first_row_waits_ = Step();
   const int count = sqlite3_column_count(handle_.get());
-  for (int i = 0; i < count; ++i) {
-    const std::string declaration = TextOrEmpty(sqlite3_column_decltype(handle_.get(), i));
-    if (declaration.empty()) untyped.push_back(i);
-    ColumnInfo& column = columns_.emplace_back();
-    column.name = TextOrEmpty(sqlite3_column_name(handle_.get(), i));
-    column.type = TypeOfDeclaration(declaration);
-    column.table = TextOrEmpty(sqlite3_column_table_name(handle_.get(), i));
-    column.origin = TextOrEmpty(sqlite3_column_origin_name(handle_.get(), i));
-    if (column.origin == column.name) column.origin.clear();
-  }
-  if (!untyped.empty()) TypeColumnsByFirstRow(untyped);
+  for (int i = 0; i < count; ++i) columns_.push_back(DescribeColumn(i));
 }
 
-void SqliteStatement::TypeColumnsByFirstRow(const std::vector<int>& untyped) {
-  if (!Step()) return;
-  first_row_waits_ = true;
-  for (const int column : untyped) {
-    columns_[static_cast<std::size_t>(column)].type = TypeOfCell(Cell(column));
+ColumnInfo SqliteStatement::DescribeColumn(int column) const {
+  sqlite3_stmt* const statement = handle_.get();
+  const std::string declaration = TextOrEmpty(sqlite3_column_decltype(statement, column));
+  const std::string database = TextOrEmpty(sqlite3_column_database_name(statement, column));
+  ColumnInfo info;
+  info.name = TextOrEmpty(sqlite3_column_name(statement, column));
+  info.type = TypeOfDeclaration(declaration);
+  if (declaration.empty() && first_row_waits_) info.type = TypeOfCell(Cell(column));
+  info.table = TextOrEmpty(sqlite3_column_table_name(statement, column));
+  if (!database.empty() && database != "main" && database != "temp") {
+    info.table.insert(0, database + ".");  // the name alone may mean another database's table
   }
+  info.origin = TextOrEmpty(sqlite3_column_origin_name(statement, column));
+  if (info.origin == info.name) info.origin.clear();
+  return info;
 }
 
 bool SqliteStatement::Step() {

@@ -32,7 +32,7 @@ void BindParameters(sqlite3* database, sqlite3_stmt* statement,
 
 class SqliteStatement final : public Statement {
  public:
-  /// `sql` is for error messages. Columns without a declared type take a first step, whose row the
+  /// `sql` is for error messages. A statement with a result takes its first step, whose row the
   /// first Step hands out.
   SqliteStatement(SqliteDatabase database, SqliteHandle handle, std::string sql);
 
@@ -45,7 +45,7 @@ class SqliteStatement final : public Statement {
   bool MayChangeThread() const override { return true; }
 
  private:
-  void TypeColumnsByFirstRow(const std::vector<int>& untyped);
+  ColumnInfo DescribeColumn(int column) const;
   std::string_view Bytes(sqlite3_value* value, const void* bytes) const;
 
   SqliteDatabase database_;

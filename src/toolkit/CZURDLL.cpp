@@ -9,7 +9,6 @@
 #include "common/desktop.h"
 #include "common/host.h"
 #include "common/temp_folder.h"
-#include "data/Recordset.h"
 #include "toolkit/CZURDLL_p.h"
 #include "toolkit/error_log.h"
 
@@ -133,7 +132,8 @@ void CZURDLL::ReportCaught(const char* location) noexcept {
   Quietly([&] { ReportFailure(CaughtFailure(), location); });
 }
 
-void CZURDLL::ReportFailure(const Error& failure, const std::string& ErrLocation) noexcept {
+void CZURDLL::ReportFailure(const Error& reported, const std::string& ErrLocation) noexcept {
+  const Error failure = reported;  // it may be LastError's own, which a handler's operations change
   last_error_ = failure;
   Quietly([&] {
     if (ThisThread().busy) {

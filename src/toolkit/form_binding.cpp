@@ -2,9 +2,9 @@
 // control's name is the field's.
 #include "common/object.h"
 #include "data/Recordset.h"
+#include "data/folded_text.h"
 #include "toolkit/CZURDLL_p.h"
 #include "toolkit/control_members.h"
-#include "toolkit/folded_text.h"
 #include "toolkit/form_controls.h"
 
 namespace kel {
@@ -24,9 +24,9 @@ void TakeFields(Recordset& record, Object& form, const AvoidList& avoided) {
 
 bool IsAvoided(Object& control, const Value::Array& names) {
   if (names.empty()) return false;
-  const std::u32string name = FoldedText(MemberText(control, "Name"));
+  const std::string name = Folded(MemberText(control, "Name"));
   return std::any_of(names.begin(), names.end(), [&](const Value& avoided) {
-    return avoided.Kind() == ValueKind::kString && FoldedText(avoided.String()) == name;
+    return avoided.Kind() == ValueKind::kString && Folded(avoided.String()) == name;
   });
 }
 

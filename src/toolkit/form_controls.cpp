@@ -9,8 +9,8 @@
 #include "common/numeric_value.h"
 #include "common/text_cells.h"
 #include "data/field_value.h"
+#include "data/folded_text.h"
 #include "toolkit/control_members.h"
-#include "toolkit/folded_text.h"
 
 namespace kel {
 namespace {
@@ -45,7 +45,7 @@ bool IsTrueOrOne(const Value& value) {
   if (value.IsNull()) return false;
   if (value.Kind() == ValueKind::kBoolean) return value.ToBoolean();
   const std::string text = value.ToText();
-  return text == "1" || text == "-1" || FoldedText(text) == U"true";
+  return text == "1" || text == "-1" || Folded(text) == "true";
 }
 
 }  // namespace
@@ -61,12 +61,12 @@ Value::ObjectPtr FormControls::Find(const Value& index) {
   return control.Pointer();
 }
 
-AvoidList::AvoidList(std::string_view fields) : folded_(FoldedText(fields)) {}
+AvoidList::AvoidList(std::string_view fields) : folded_(Folded(fields)) {}
 
 bool AvoidList::Names(int place, std::string_view name) const {
   if (folded_.empty()) return false;
   const auto has = [this](const std::string& field) {
-    return folded_.find(FoldedText(";" + field + ";")) != std::u32string::npos;
+    return folded_.find(Folded(";" + field + ";")) != std::string::npos;
   };
   return has(std::to_string(place)) || has(std::string(name));
 }

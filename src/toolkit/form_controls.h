@@ -34,7 +34,7 @@ class AvoidList {
   bool Names(int place, std::string_view name) const;
 
  private:
-  std::u32string folded_;
+  std::string folded_;
 };
 
 /// The value of a control for a field of `type`.

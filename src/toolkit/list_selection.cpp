@@ -3,9 +3,9 @@
 
 #include "common/object.h"
 #include "common/ole_color.h"
+#include "data/folded_text.h"
 #include "toolkit/CZURDLL_p.h"
 #include "toolkit/control_members.h"
-#include "toolkit/folded_text.h"
 
 namespace kel {
 namespace {
@@ -101,13 +101,13 @@ class KeptCell {
 
 std::int32_t CZURDLL::FindItem(Object& Ctrl, const std::string& mStr, std::int32_t Start) {
   return Guarded("DLL.FindItem", kNoItem, [&] {
-    const std::u32string wanted = FoldedText(mStr);
+    const std::string wanted = Folded(mStr);
     const std::int32_t count = NumberOf(Ctrl, "ListCount");
     const std::int32_t first = Start >= 0 && Start < count - 1 ? Start + 1 : 0;
     Member list(Ctrl, "List");
     for (std::int32_t i = 0; i < count; ++i) {
       const std::int32_t item = i < count - first ? first + i : i - (count - first);
-      if (FoldedText(ElementOf(list, item).ToText()) == wanted) return item;
+      if (Folded(ElementOf(list, item).ToText()) == wanted) return item;
     }
     return kNoItem;
   });

@@ -7,9 +7,9 @@
 #include "common/numeric_value.h"
 #include "common/object.h"
 #include "common/text_cells.h"
+#include "data/folded_text.h"
 #include "toolkit/CZURDLL_p.h"
 #include "toolkit/control_members.h"
-#include "toolkit/folded_text.h"
 #include "toolkit/rounded_amount.h"
 
 namespace kel {
@@ -78,11 +78,11 @@ std::string ConditionText(Validation condition, double limit) {
          kConditionTexts.at(static_cast<std::size_t>(condition)) + PlainText(limit) + ".";
 }
 
-std::u32string RowKey(Member& text_matrix, std::int32_t row, const Value::Array& columns) {
-  std::u32string key;
+std::string RowKey(Member& text_matrix, std::int32_t row, const Value::Array& columns) {
+  std::string key;
   for (const Value& column : columns) {
     const std::array<Value, 2> indexes = {row, column};
-    key += FoldedText(text_matrix.Get(indexes).ToText());
+    key += Folded(text_matrix.Get(indexes).ToText());
   }
   return key;
 }
@@ -96,7 +96,7 @@ std::int32_t FindDuplicate(Object& grid, const Value::Array& columns) {
     std::int32_t row;
     bool again;
   };
-  std::unordered_map<std::u32string, Seen> seen;
+  std::unordered_map<std::string, Seen> seen;
   std::int32_t first = std::numeric_limits<std::int32_t>::max();
   std::int32_t duplicate = kNoRow;
   Member text_matrix(grid, "TextMatrix");
@@ -142,8 +142,7 @@ bool CZURDLL::CheckValue(Validation Condition, const kel::Value& Value,
 }
 
 bool CZURDLL::EQUAL(const Value& String1, const Value& String2) {
-  return Guarded("", false,
-                 [&] { return FoldedText(String1.ToText()) == FoldedText(String2.ToText()); });
+  return Guarded("", false, [&] { return Folded(String1.ToText()) == Folded(String2.ToText()); });
 }
 
 bool CZURDLL::CheckDuplicateRows(Object& MSFG, const Value::Array& Cols) {

@@ -82,6 +82,10 @@ TEST(FieldMembers, ANumberStaysWithinItsRange) {
   QDoubleSpinBox amount;
   Put(amount, "Value", 1.25);
   EXPECT_EQ(Get(amount, "Value"), Value(1.25));
+  Put(amount, "Text", "");
+  EXPECT_EQ(Get(amount, "Value"), Value(0.0));
+  Put(spin, "Text", "");
+  EXPECT_EQ(Get(spin, "Value"), Value(10));
 }
 
 TEST(FieldMembers, ACheckBoxHasThreeStatesAndAnOptionTwo) {

@@ -86,8 +86,15 @@ TEST(FormMembers, ControlsThatComeGoOrAreRenamedAreSeen) {
 
 TEST(FormMembers, TheActiveControlIsTheOneThatHoldsTheFocus) {
   EntryForm form;
+  Get(form, "Width");
+  const QSize before = form.size();
   Call(form, "Show");
+  EXPECT_EQ(form.size(), before);
   ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  auto* note = new QLineEdit;
+  form.findChild<QTabWidget*>("Pages")->addTab(note, "Note");
+  Call(*note, "SetFocus");
+  EXPECT_TRUE(note->hasFocus()) << "its page comes to the front";
   Call(*form.findChild<QComboBox*>("Account"), "SetFocus");
   EXPECT_EQ(Get(Get(form, "ActiveControl"), "Name"), Value("Account"));
   Call(form, "Hide");

@@ -89,6 +89,10 @@ TEST(GridMembers, FormatsAreThoseOfTheCurrentCellInTheHeaderToo) {
   EXPECT_EQ(Get(grid, "ColAlignment", {1}), Value(1));
   Put(grid, "Row", 0);
   EXPECT_EQ(Get(grid, "ColAlignment", {2}), Value(7)) << "a heading stands as its column";
+  grid.item(2, 1)->setFlags(Qt::NoItemFlags);
+  Put(grid, "Row", 3);
+  Put(grid, "Col", 1);
+  EXPECT_EQ(Get(grid, "Text"), Value("b")) << "disabled cells are cells too";
   Put(grid, "RowData", 77, {3});
   EXPECT_EQ(Get(grid, "RowData", {3}), Value(77));
 }
@@ -126,6 +130,19 @@ class CountedModel : public QAbstractTableModel {
   }
   mutable int asked = 0;
 };
+
+// Hands its rows out one by one.
+struct SlowModel : QStandardItemModel {
+  bool canFetchMore(const QModelIndex& /*parent*/) const override { return rowCount() < 5; }
+  void fetchMore(const QModelIndex& /*parent*/) override { appendRow(new QStandardItem("x")); }
+};
+
+TEST(GridMembers, RowsAreAllThatTheModelWillFetch) {
+  SlowModel model;
+  QTableView grid;
+  grid.setModel(&model);
+  EXPECT_EQ(Get(grid, "Rows"), Value(6));
+}
 
 TEST(GridMembers, OneCellOfAMillionRowsIsOneQuestionToTheModel) {
   CountedModel model;

@@ -24,7 +24,7 @@ struct Lists {
   QListWidget widget;
   QListView strings, standard;
   QStringListModel string_model;
-  QStandardItemModel standard_model{0, 1};
+  QStandardItemModel standard_model;
 
   Lists() {
     entry.setEditable(true);
@@ -120,6 +120,8 @@ TEST(ListMembers, ADropDownListHoldsItsItemsAndAComboWhatIsTyped) {
   EXPECT_EQ(Get(lists.choice, "ListIndex"), Value(-1)) << "Bank was not chosen";
   Put(lists.choice, "DropDownWidth", 6000);
   EXPECT_EQ(lists.choice.view()->minimumWidth(), 400);
+  Put(lists.entry, "MaxLength", 3);
+  EXPECT_EQ(PutError(lists.entry, "ListIndex", 0), 380) << "Cash would become Cas";
 }
 
 TEST(ListMembers, SeveralItemsAreSelectedWhereAListLetsThem) {

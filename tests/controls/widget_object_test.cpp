@@ -105,6 +105,8 @@ TEST(WidgetObject, PlacesAreTwipsAndStatesAndColoursTheControlsOwn) {
   EXPECT_EQ(label.geometry(), QRect(10, 96, 172, 20));
   EXPECT_TRUE(label.isHidden());
   EXPECT_EQ(label.grab().toImage().pixelColor(0, 0), QColor(Qt::green));
+  Put(label, "Caption", "<b>");
+  EXPECT_GT(label.sizeHint().width(), 0) << "no HTML";
   Button button("x");
   Put(button, "BackColor", -2147483633);
   EXPECT_EQ(button.BackColor(), system_color::kButtonFace);

@@ -113,6 +113,60 @@ TEST_F(RecordsetTest, ARowChangedByOthersIsNotOverwritten) {
   testing::ARowChangedByOthersIsNotOverwritten({own, other});
 }
 
+TEST_F(RecordsetTest, TheRowMeantIsReadAndChangedInJoinsAndInAttachedDatabases) {
+  const char* const sql =
+      "CREATE TABLE l(id INTEGER PRIMARY KEY, name TEXT); INSERT INTO l VALUES (1, 'Cash');"
+      "CREATE TABLE v(no INTEGER PRIMARY KEY, acc INT, amount INT);"
+      "INSERT INTO v VALUES (10, 1, 100), (11, 1, 200);";
+  testing::WriteDatabase(folder_ / "last_year.db", sql);
+  Connection books = Make(sql);
+  books.Execute("ATTACH '" + (folder_ / "last_year.db").string() + "' AS old");
+  rows_.Open("SELECT id, name, no, amount FROM l JOIN v ON acc = id ORDER BY no", books,
+             CursorType::kKeyset, LockType::kOptimistic);
+  books.Execute("UPDATE l SET name = 'CASH'");
+  rows_.Resync();
+  rows_.MoveNext();
+  rows_.SetFieldValue("amount", 222);
+  EXPECT_EQ(ErrorOf([&] { rows_.Requery(); }).Number(), 3219);
+  rows_.Update();
+  EXPECT_EQ(testing::Rows(books, "SELECT name, amount FROM l, v"), "CASH|100;CASH|222");
+  rows_.Close();
+  rows_.Open("SELECT * FROM old.v", books, CursorType::kKeyset, LockType::kOptimistic);
+  rows_.SetFieldValue("amount", 333);
+  rows_.Update();
+  EXPECT_EQ(testing::Rows(books, "SELECT amount FROM main.v UNION ALL SELECT amount FROM old.v"),
+            "100;222;333;200");
+  rows_.Find("no > 0", 1);
+  rows_.Delete();
+  rows_.Find("no > 0", 0, SearchDirection::kBackward);
+  EXPECT_EQ(rows_.FieldText(0), "10");
+}
+
+TEST_F(RecordsetTest, TablesMadeAnewByAnotherProgramAreReadUnderTheirNewNames) {
+  Connection books = Make("CREATE TABLE t(a TEXT, b TEXT)");
+  EXPECT_EQ(testing::Rows(books, "SELECT * FROM t"), "");
+  testing::WriteDatabase(folder_ / "books.db",
+                         "DROP TABLE t; CREATE TABLE t(b TEXT, a INTEGER, c MONEY);"
+                         "INSERT INTO t VALUES ('x', 1, 2.5)");
+  rows_.Open("SELECT * FROM t", books);
+  EXPECT_EQ(rows_.FieldText(rows_.FieldIndex("b")), "x");
+  EXPECT_EQ(rows_.FieldValue("c"), Value(Currency{25000}));
+}
+
+TEST_F(RecordsetTest, EditsKeepTheCellsOfOtherColumnsHoweverManyThereAre) {
+  Connection books = Make(
+      "CREATE TABLE t AS WITH RECURSIVE c(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM c LIMIT 4090)"
+      " SELECT n, 'name' AS name FROM c;");
+  books.Execute("CREATE UNIQUE INDEX i ON t(n)");
+  rows_.Open("SELECT n, name, 'expression ' || n || ' of the row' AS x FROM t", books,
+             CursorType::kKeyset, LockType::kOptimistic);
+  for (int n = 1; n <= 10; ++n, rows_.MoveNext()) {
+    rows_.SetFieldValue("name", "new name");
+    rows_.Update();
+    EXPECT_EQ(rows_.FieldText(2), "expression " + std::to_string(n) + " of the row");
+  }
+}
+
 TEST_F(RecordsetTest, RowsComeInSlicesAndAsFarAsWanted) {
   Connection books = Make(
       "CREATE TABLE t AS WITH RECURSIVE c(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM c LIMIT 9000)"

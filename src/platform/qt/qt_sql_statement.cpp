@@ -3,6 +3,7 @@
 #include <QSqlError>
 #include <QSqlField>
 #include <QSqlRecord>
+#include <new>
 #include <utility>
 
 #include "platform/qt/qt_sql_native.h"
@@ -67,6 +68,8 @@ void QtSqlStatement::ReadRest() {
     for (QtRow row; Fetch(row);) rest_->rows.Append(row.Cells());
   } catch (const Error& error) {
     rest_->failure = error;
+  } catch (const std::bad_alloc&) {
+    rest_->failure = Error(error_number::kOutOfMemory, "out of memory for the rows of " + sql_);
   }
   rest_->rows.Seal();
   query_.finish();
