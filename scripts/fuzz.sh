@@ -16,17 +16,32 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export TMPDIR="$work"
 passed=0 failed=0
-for name in grid_json csv page_file preview condition sql_rewrite; do
-  mkdir "$work/$name"
-  if "build/fuzz/fuzz/${name}_fuzz" -max_total_time="$seconds" -max_len=20000 -timeout=20 -rss_limit_mb=2048 \
-    -print_final_stats=1 -artifact_prefix="build/fuzz/$name-" "$work/$name" "fuzz/corpus/$name" \
-    >"build/fuzz/$name.log" 2>&1; then
-    echo "fuzz $name: $(grep -o 'stat::number_of_executed_units: *[0-9]*' "build/fuzz/$name.log" | grep -o '[0-9]*$') runs"
+
+# run NAME: runs a target; what it prints goes to its log.
+run() {
+  mkdir "$work/$1"
+  "build/fuzz/fuzz/$1_fuzz" -max_total_time="$seconds" -max_len=20000 -timeout=20 -rss_limit_mb=2048 \
+    -print_final_stats=1 -artifact_prefix="build/fuzz/$1-" "$work/$1" "fuzz/corpus/$1" >"build/fuzz/$1.log" 2>&1
+}
+
+# tell NAME PROCESS: waits for a run and tells its result.
+tell() {
+  if wait "$2"; then
+    echo "fuzz $1: $(grep -o 'stat::number_of_executed_units: *[0-9]*' "build/fuzz/$1.log" | grep -o '[0-9]*$') runs"
     passed=$((passed + 1))
   else
-    tail -n 40 "build/fuzz/$name.log"
+    tail -n 40 "build/fuzz/$1.log"
     failed=$((failed + 1))
   fi
+}
+
+# Two at a time.
+targets=(grid_json csv page_file preview condition sql_rewrite)
+for ((i = 0; i < ${#targets[@]}; i += 2)); do
+  run "${targets[i]}" & first=$!
+  run "${targets[i + 1]}" & second=$!
+  tell "${targets[i]}" "$first"
+  tell "${targets[i + 1]}" "$second"
 done
 echo "fuzz targets: $passed passed, $failed failed"
 [ "$failed" -eq 0 ]

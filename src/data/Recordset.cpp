@@ -89,7 +89,7 @@ void Recordset::FetchesInSlices(bool in_slices) {
 
 bool Recordset::Fetch(std::int64_t rows) {
   RequireRows();
-  if (fetch_failure_) throw *fetch_failure_;
+  if (fetch_failure_) throw Error(*fetch_failure_);
   try {
     for (; rows > 0 && statement_ != nullptr; --rows) {
       if (StepStatement()) {

@@ -23,7 +23,8 @@ struct Sum {
 
 /// The sum of the running aggregate, which SQLite keeps as a pointer; null before the first row.
 Sum** Place(sqlite3_context* context, bool make) {
-  return static_cast<Sum**>(sqlite3_aggregate_context(context, make ? sizeof(Sum*) : 0));
+  return static_cast<Sum**>(
+      sqlite3_aggregate_context(context, make ? static_cast<int>(sizeof(void*)) : 0));
 }
 
 /// Adds a row's value, or takes it away where `sign` is -1.
