@@ -84,7 +84,9 @@ void Recordset::MoveLast() {
 
 void Recordset::MoveNext() {
   if (HoldsRows()) {
-    Move(1);
+    // A loop over all rows pays for nothing else.
+    const bool plain = edit_.mode == EditMode::kNone && !on_deleted_ && position_ + 1 < SeenRows();
+    plain ? GoTo(position_ + 1) : Move(1);
     return;
   }
   RequireOpen();

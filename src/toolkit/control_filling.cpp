@@ -50,8 +50,9 @@ void AppendColumn(std::string& line, const Recordset& rows, int column) {
 
 // The current row's columns, joined. The last divider is cut by its length, whatever the columns
 // hold.
-std::string JoinedRow(const Recordset& rows, const std::string& divider) {
+std::string JoinedRow(const Recordset& rows, const std::string& divider, std::size_t expected) {
   std::string line;
+  line.reserve(expected);
   for (int column = 0; column < rows.FieldCount(); ++column) {
     AppendColumn(line, rows, column);
     line += divider;
@@ -143,7 +144,12 @@ void CZURDLL::FillControlSQL(Connection& Cnn, Object& Ctrl, const std::string& S
     rows->Open(SQL, Cnn, CursorType::kKeyset, LockType::kReadOnly);
     ListItems items(Ctrl);
     items.Clear();
-    for (; !rows->EndOfFile(); rows->MoveNext()) items.Add(JoinedRow(*rows, divider));
+    std::size_t longest = 0;
+    for (; !rows->EndOfFile(); rows->MoveNext()) {
+      std::string line = JoinedRow(*rows, divider, longest + divider.size());
+      longest = std::max(longest, line.size());
+      items.Add(std::move(line));
+    }
     rows.CloseAndRelease();
     if (PreserveData) kept.Restore();
   });
