@@ -8,6 +8,7 @@
 #include "common/twips.h"
 #include "controls/item_list.h"
 #include "controls/item_members.h"
+#include "controls/line_members.h"
 #include "controls/line_text.h"
 #include "controls/widget_members.h"
 
@@ -118,35 +119,26 @@ void SetDropDownHeight(Control& control, const Value& value, Indexes /*indexes*/
   combo.setMaxVisibleItems(std::max(PixelsOf(value.ToInt32()) / RowHeight(combo), 1));
 }
 
-constexpr std::array kCombo = {
-    ControlMember{"Text", [](Control& c, Indexes) { return ValueOf(Combo(c).currentText()); },
-                  SetComboText},
-    ControlMember{"AddItem", nullptr, nullptr, AddToCombo},
-    ControlMember{"RemoveItem", nullptr, nullptr, RemoveFromCombo},
-    ControlMember{"Clear", nullptr, nullptr, ClearCombo},
-    ControlMember{"ListIndex", ListIndex, SetListIndex},
-    ControlMember{"Style",
-                  [](Control& c, Indexes) -> Value {
-                    return Combo(c).isEditable() ? kDropDownCombo : kDropDownList;
-                  }},
-    ControlMember{"SelStart", [](Control& c, Indexes) -> Value { return SelStart(Line(c)); },
-                  [](Control& c, const Value& v, Indexes) { SelStart(Line(c), v); }},
-    ControlMember{"SelLength",
-                  [](Control& c, Indexes) -> Value { return Line(c).selectionLength(); },
-                  [](Control& c, const Value& v, Indexes) { SelLength(Line(c), v); }},
-    ControlMember{"SelText", [](Control& c, Indexes) { return ValueOf(Line(c).selectedText()); },
-                  [](Control& c, const Value& v, Indexes) { Line(c).insert(QTextOf(v)); }},
-    ControlMember{"MaxLength", [](Control& c, Indexes) -> Value { return MaxLength(Line(c)); },
-                  [](Control& c, const Value& v, Indexes) { MaxLength(Line(c), v); }},
-    ControlMember{"Locked", [](Control& c, Indexes) -> Value { return Line(c).isReadOnly(); },
-                  [](Control& c, const Value& v, Indexes) { Line(c).setReadOnly(v.ToBoolean()); }},
-    ControlMember{"DropDownWidth", DropDownWidth, SetDropDownWidth},
-    ControlMember{"DropDownHeight",
-                  [](Control& c, Indexes) -> Value {
-                    return TwipsOf(Combo(c).maxVisibleItems() * RowHeight(Combo(c)));
-                  },
-                  SetDropDownHeight},
-};
+constexpr std::array kCombo = Joined(
+    kLineMembers<Line>,
+    std::array{
+        ControlMember{"Text", [](Control& c, Indexes) { return ValueOf(Combo(c).currentText()); },
+                      SetComboText},
+        ControlMember{"AddItem", nullptr, nullptr, AddToCombo},
+        ControlMember{"RemoveItem", nullptr, nullptr, RemoveFromCombo},
+        ControlMember{"Clear", nullptr, nullptr, ClearCombo},
+        ControlMember{"ListIndex", ListIndex, SetListIndex},
+        ControlMember{"Style",
+                      [](Control& c, Indexes) -> Value {
+                        return Combo(c).isEditable() ? kDropDownCombo : kDropDownList;
+                      }},
+        ControlMember{"DropDownWidth", DropDownWidth, SetDropDownWidth},
+        ControlMember{"DropDownHeight",
+                      [](Control& c, Indexes) -> Value {
+                        return TwipsOf(Combo(c).maxVisibleItems() * RowHeight(Combo(c)));
+                      },
+                      SetDropDownHeight},
+    });
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include <array>
 #include <limits>
 
+#include "controls/line_members.h"
 #include "controls/line_text.h"
 #include "controls/text_alignment.h"
 #include "controls/widget_members.h"
@@ -27,25 +28,16 @@ void SetPassword(Control& control, const Value& value, Indexes /*indexes*/) {
   Line(control).setEchoMode(value.ToText().empty() ? QLineEdit::Normal : QLineEdit::Password);
 }
 
-constexpr std::array kLineEdit = {
-    ControlMember{"Text", [](Control& c, Indexes) { return ValueOf(Line(c).text()); },
-                  [](Control& c, const Value& v, Indexes) { SetText(Line(c), QTextOf(v)); }},
-    ControlMember{"SelStart", [](Control& c, Indexes) -> Value { return SelStart(Line(c)); },
-                  [](Control& c, const Value& v, Indexes) { SelStart(Line(c), v); }},
-    ControlMember{"SelLength",
-                  [](Control& c, Indexes) -> Value { return Line(c).selectionLength(); },
-                  [](Control& c, const Value& v, Indexes) { SelLength(Line(c), v); }},
-    ControlMember{"SelText", [](Control& c, Indexes) { return ValueOf(Line(c).selectedText()); },
-                  [](Control& c, const Value& v, Indexes) { Line(c).insert(QTextOf(v)); }},
-    ControlMember{"MaxLength", [](Control& c, Indexes) -> Value { return MaxLength(Line(c)); },
-                  [](Control& c, const Value& v, Indexes) { MaxLength(Line(c), v); }},
-    ControlMember{"Locked", [](Control& c, Indexes) -> Value { return Line(c).isReadOnly(); },
-                  [](Control& c, const Value& v, Indexes) { Line(c).setReadOnly(v.ToBoolean()); }},
-    ControlMember{
-        "Alignment", [](Control& c, Indexes) { return AlignmentValue(Line(c).alignment()); },
-        [](Control& c, const Value& v, Indexes) { Line(c).setAlignment(AlignmentOf(v)); }},
-    ControlMember{"PasswordChar", Password, SetPassword},
-};
+constexpr std::array kLineEdit = Joined(
+    kLineMembers<Line>,
+    std::array{
+        ControlMember{"Text", [](Control& c, Indexes) { return ValueOf(Line(c).text()); },
+                      [](Control& c, const Value& v, Indexes) { SetText(Line(c), QTextOf(v)); }},
+        ControlMember{
+            "Alignment", [](Control& c, Indexes) { return AlignmentValue(Line(c).alignment()); },
+            [](Control& c, const Value& v, Indexes) { Line(c).setAlignment(AlignmentOf(v)); }},
+        ControlMember{"PasswordChar", Password, SetPassword},
+    });
 
 // What both classes of larger texts can do, as calls on whichever it is.
 template <typename Operation>
