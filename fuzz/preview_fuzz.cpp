@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "fuzz_file.h"
-#include "preview/case_folding.h"
+#include "common/case_folding.h"
 #include "preview/page_model.h"
 #include "preview/page_search.h"
 #include "support/naive_search.h"
