@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words|preview|search|pdf|spool|recordset|toolkit]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search|pdf|spool|recordset|toolkit|browse]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -9,7 +9,7 @@ here="$root/benchmarks"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
 cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark \
-  spool_benchmark recordset_benchmark toolkit_benchmark
+  spool_benchmark recordset_benchmark toolkit_benchmark browse_benchmark
 build="$root/build/release"
 
 # Data and results lie on the memory file system, so that the disk takes no part.
@@ -121,6 +121,19 @@ toolkit_benchmark() {
   rm "$work/books.db"
 }
 
-for name in "${@:-report layout words preview search pdf spool recordset toolkit}"; do
+browse_benchmark() {
+  local rows program
+  for rows in 100000 1000000 10000000; do "$build/benchmarks/recordset_benchmark" make "$work/$rows.db" "$rows"; done
+  for rows in 100000 1000000; do "$build/benchmarks/browse_benchmark" report "$work/$rows.db"; done
+  "$build/benchmarks/browse_benchmark" list "$work/1000000.db" "$work/10000000.db"
+  rm "$work"/*.db
+  for program in sqlitebrowser xdotool Xvfb; do
+    command -v $program >/dev/null || { echo "browse: side by side needs $program" >&2; return 1; }
+  done
+  python3 "$here/browse_side_by_side.py" --keldll "$build/keldll" --tables "$work/tables"
+  rm -r "$work/tables"
+}
+
+for name in "${@:-report layout words preview search pdf spool recordset toolkit browse}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the keldll command, makes a trading firm's books and lays four reports of them out into demo-output/. It prints the
-# invoice in both modes, into files in the printer's place. Then it opens one report in the preview or, without a display,
-# draws a picture of every window.
+# invoice in both modes, into files in the printer's place. Then it opens one report in the preview and the day book in the
+# list window or, without a display, draws a picture of every window.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -39,14 +39,19 @@ mkdir -p "$out/pictures"
 for pages in invoice invoice_windows; do pdftoppm -r 96 -png "$out/$pages.pdf" "$out/pictures/$pages"; done
 (cd "$root" && ls demo-output/pictures/invoice*.png)
 
-show_preview() {
-  local command='build/release/keldll report demo-output/trial_balance.json --preview'
+day_book='SELECT Date, Number, Type, AccountName, Narration, Debit, Credit FROM DayBook'
+browse="build/release/keldll browse --db demo-output/books.db --sql '$day_book' \\
+    --caption 'Day Book' --sums 5,6 --formats '0=dd/mm/yyyy,5=#,##0.00,6=#,##0.00'"
+
+show_windows() {
   [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || return
-  printf '\n=== Preview: the demo goes on when you close its window (Ctrl+O)\n$ %s\n' "$command"
-  (cd "$root" && $command)
+  printf '\n=== Preview: the demo goes on when you close its window (Ctrl+O)\n'
+  run "build/release/keldll report demo-output/trial_balance.json --preview" || return
+  printf '\n=== List of the day book: the demo goes on when you close its window (Escape)\n'
+  run "$browse"
 }
 
-if ! show_preview; then
+if ! show_windows; then
   printf '\n=== Pictures of the windows, since there is no display to open them on\n'
   "$root/build/release/keldll_pictures" --books "$out/books.db" "$out/trial_balance.json" "$out/pictures"
 fi
@@ -58,6 +63,7 @@ cat <<END
 === Try next, in $root
 build/release/keldll report --db demo-output/books.db --sql 'SELECT Code, Name, City FROM Party' --caption Parties
 build/release/keldll report demo-output/trial_balance.json --preview
+$browse
 build/release/keldll report demo-output/trial_balance.json -o demo-output/trial_balance.pdf
 build/release/keldll setup
 build/release/ledger_vouchers demo-output/books.db

@@ -8,7 +8,7 @@ seconds=${1:-60}
 cd "$root"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target grid_json_fuzz csv_fuzz page_file_fuzz preview_fuzz \
-  condition_fuzz sql_rewrite_fuzz
+  condition_fuzz sql_rewrite_fuzz format_pattern_fuzz
 
 # On the memory file system: the targets write their input to a file each time.
 [ -w /dev/shm ] && export TMPDIR=/dev/shm
@@ -36,12 +36,13 @@ tell() {
 }
 
 # Two at a time.
-targets=(grid_json csv page_file preview condition sql_rewrite)
+targets=(grid_json csv page_file preview condition sql_rewrite format_pattern)
 for ((i = 0; i < ${#targets[@]}; i += 2)); do
   run "${targets[i]}" & first=$!
-  run "${targets[i + 1]}" & second=$!
+  second=
+  [ $((i + 1)) -lt ${#targets[@]} ] && { run "${targets[i + 1]}" & second=$!; }
   tell "${targets[i]}" "$first"
-  tell "${targets[i + 1]}" "$second"
+  [ -n "$second" ] && tell "${targets[i + 1]}" "$second"
 done
 echo "fuzz targets: $passed passed, $failed failed"
 [ "$failed" -eq 0 ]

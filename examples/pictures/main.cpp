@@ -2,7 +2,8 @@
 //
 //     keldll_pictures [--dark] [--font-points N] [--books BOOKS.db] GRID.json FOLDER
 //
-// With the books of examples/ledger the window of its voucher program is drawn, too.
+// With the books of examples/ledger the list window on their day book and the window of the voucher
+// program are drawn, too.
 //
 // Without a screen of its own (QT_QPA_PLATFORM) it draws on none: the offscreen platform.
 
@@ -21,9 +22,11 @@
 #include <stdexcept>
 
 #include "common/host.h"
+#include "data/sqlite.h"
 #include "engine/CPrint.h"
 #include "keldll/grid_json.h"
 #include "keldll/job_grid.h"
+#include "listview/CListView.h"
 #include "platform/qt/qt_host.h"
 #include "setup/frmSetup.h"
 #include "toolkit/CZURDLL.h"
@@ -33,6 +36,7 @@
 namespace {
 
 constexpr QSize kPreviewSize(1280, 800);
+constexpr QSize kListSize(1100, 600);
 constexpr int kProgress = 40;  // of 100
 constexpr const char* kVoucher = "SAL-00042";
 constexpr int kFlashTime = 60'000;  // milliseconds; the picture is taken long before
@@ -151,6 +155,30 @@ void SaveSetupWindows(const Pictures& pictures) {
   pictures.Save(&setup, "frmSetup_windows_mode");
 }
 
+void SaveList(const Pictures& pictures, const QString& file) {
+  const auto books =
+      std::make_shared<kel::Connection>(kel::OpenSqlite(file.toStdString(), kel::Access::kRead));
+  const auto day_book = std::make_shared<kel::Recordset>();
+  day_book->Open("SELECT Date, Number, Type, AccountName, Narration, Debit, Credit FROM DayBook",
+                 *books, kel::CursorType::kStatic);
+  day_book->Sort("[Debit] DESC");
+  kel::CListView list;
+  list.Caption("Day Book");
+  list.ColFormats(kel::Value::Array{"dd/mm/yyyy", "", "", "", "", "#,##0.00", "#,##0.00"});
+  list.ColSums(";5;;6;");
+  list.RDSet(day_book);
+  list.Cnn(books);
+  list.ShowListView();
+  if (list.LastError()) throw std::runtime_error(list.LastError()->Description());
+
+  QWidget* const window = Window("frmListview");
+  window->resize(kListSize);
+  pictures.Save("frmListview");
+  Press(window, "Find");
+  pictures.Save("frmOption");
+  window->close();
+}
+
 void SaveVoucher(const Pictures& pictures, const QString& file) {
   ledger::Books books(file.toStdString());
   ledger::frmVoucher window(books);
@@ -170,9 +198,10 @@ void UseDarkColors() {
 
 void Run() {
   QCommandLineParser options;
-  options.addOptions({{"dark", "Light text on dark windows."},
-                      {"font-points", "The system's font size.", "N"},
-                      {"books", "Draws the voucher window on these books, too.", "BOOKS.db"}});
+  options.addOptions(
+      {{"dark", "Light text on dark windows."},
+       {"font-points", "The system's font size.", "N"},
+       {"books", "Draws the list and the voucher window on these books, too.", "BOOKS.db"}});
   options.addPositionalArgument("GRID.json", "The report in the preview.");
   options.addPositionalArgument("FOLDER", "Where the pictures go.");
   options.addHelpOption();
@@ -196,7 +225,10 @@ void Run() {
   SavePreview(pictures, report);
   SaveToolkitWindows(pictures);
   SaveSetupWindows(pictures);
-  if (options.isSet("books")) SaveVoucher(pictures, options.value("books"));
+  if (options.isSet("books")) {
+    SaveList(pictures, options.value("books"));
+    SaveVoucher(pictures, options.value("books"));
+  }
 }
 
 // What the offscreen platform cannot do is no news to who looks at pictures.

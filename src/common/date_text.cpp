@@ -2,11 +2,11 @@
 
 #include <array>
 #include <chrono>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
+#include "common/calendar.h"
 #include "common/error.h"
 
 namespace kel {
@@ -14,14 +14,9 @@ namespace {
 
 using std::chrono::sys_days;
 
-constexpr int kFirstYear = 100;
-constexpr int kLastYear = 9999;
 constexpr int kFirstYearOfTwoDigits = 1930;
 constexpr std::size_t kShortestMonthName = 3;
 constexpr std::int64_t kMillisecondsPerDay = 86'400'000;
-constexpr sys_days kDayZero = std::chrono::year{1899} / std::chrono::December / 30;
-constexpr double kFirstDay = -657434;   // 1 January of the year 100
-constexpr double kEndOfDays = 2958466;  // 1 January of the year 10000
 
 constexpr std::array<std::string_view, 12> kMonths = {
     "january", "february", "march",     "april",   "may",      "june",
@@ -228,25 +223,15 @@ std::optional<Date> ReadDate(std::string_view text, DateOrder order) {
 }
 
 std::string IsoDateText(Date date) {
-  if (!(date.days > kFirstDay - 1 && date.days < kEndOfDays)) {
-    throw Error(error_number::kOverflow, "Overflow");
-  }
-  const double whole = std::trunc(date.days);
-  const std::int64_t time =
-      std::llround(std::abs(date.days - whole) * static_cast<double>(kMillisecondsPerDay));
-  // The last half millisecond of a day belongs to the next one.
-  const std::chrono::days days{static_cast<int>(whole) +
-                               static_cast<int>(time / kMillisecondsPerDay)};
-  const std::chrono::year_month_day calendar{kDayZero + days};
-  if (static_cast<int>(calendar.year()) > kLastYear) {
-    throw Error(error_number::kOverflow, "Overflow");
-  }
+  const std::optional<Moment> moment = MomentOf(date, kMillisecondsPerDay);
+  if (!moment) throw Error(error_number::kOverflow, "Overflow");
+  const std::chrono::year_month_day calendar{moment->day};
 
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%04d-%02u-%02u", static_cast<int>(calendar.year()),
                 static_cast<unsigned>(calendar.month()), static_cast<unsigned>(calendar.day()));
   std::string iso = text.data();
-  const auto milliseconds = static_cast<int>(time % kMillisecondsPerDay);
+  const auto milliseconds = static_cast<int>(moment->time);
   if (milliseconds == 0) return iso;
   const int seconds = milliseconds / 1000;
   std::snprintf(text.data(), text.size(), " %02d:%02d:%02d", seconds / 3600, seconds / 60 % 60,

@@ -10,6 +10,7 @@
 #include <limits>
 #include <optional>
 
+#include "common/calendar.h"
 #include "common/error.h"
 #include "common/number_text.h"
 #include "common/numeric_value.h"
@@ -22,8 +23,6 @@ constexpr std::size_t kNumberCapacity = 64;
 
 constexpr std::int64_t kCurrencyScale = 10000;
 
-constexpr double kFirstDay = -657434;   // 1 January of the year 100
-constexpr double kEndOfDays = 2958466;  // 1 January of the year 10000
 constexpr std::int64_t kSecondsPerDay = 86400;
 
 [[noreturn]] void ThrowTypeMismatch() { throw Error(error_number::kTypeMismatch, "Type mismatch"); }
@@ -46,24 +45,15 @@ std::string CurrencyText(Currency amount) {
   return text += decimals;
 }
 
-// Before 1899-12-30 the whole days count backwards, but the time of day still counts forwards.
 std::string DateText(Date date) {
-  if (!(date.days >= kFirstDay && date.days < kEndOfDays)) ThrowOverflow();
-  const double whole = std::trunc(date.days);
-  const double seconds_of_day =
-      std::round(std::abs(date.days - whole) * static_cast<double>(kSecondsPerDay));
-  const auto seconds = static_cast<std::int64_t>(seconds_of_day);
-  const auto day = static_cast<int>(whole) + static_cast<int>(seconds / kSecondsPerDay);
-
-  using std::chrono::days;
-  using std::chrono::sys_days;
-  const sys_days epoch = std::chrono::year{1899} / 12 / 30;
-  const std::chrono::year_month_day calendar{epoch + days{day}};
+  const std::optional<Moment> moment = MomentOf(date, kSecondsPerDay);
+  if (!moment) ThrowOverflow();
+  const std::chrono::year_month_day calendar{moment->day};
   std::array<char, kNumberCapacity> text{};
   int length = std::snprintf(
       text.data(), text.size(), "%02u/%02u/%04d", static_cast<unsigned>(calendar.day()),
       static_cast<unsigned>(calendar.month()), static_cast<int>(calendar.year()));
-  const auto time = static_cast<int>(seconds % kSecondsPerDay);
+  const auto time = static_cast<int>(moment->time);
   if (time != 0) {
     length = std::snprintf(text.data() + length, text.size() - static_cast<std::size_t>(length),
                            " %02d:%02d:%02d", time / 3600, time / 60 % 60, time % 60) +

@@ -1,9 +1,7 @@
 #include "controls/entry_dialog.h"
 
 #include <QKeyEvent>
-#include <QScreen>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "controls/top_window.h"
 
@@ -11,9 +9,6 @@ namespace kel {
 namespace {
 
 constexpr int kStep = 8;  // of the space around and between controls, in pixels at 100 %
-// Of a window's frame, which is not known before it is shown, at least.
-constexpr int kFrame = 8;
-constexpr int kTitleBar = 32;
 
 constexpr int kDigits = 11;  // of the longest 32-bit number
 
@@ -38,22 +33,13 @@ void EntryDialog::Ask() {
   QWidget* const owner = OwnerForNewWindow();
   SetOwner(*this, owner);
   adjustSize();
-  if (owner != nullptr) move(PlaceOver(*owner));
+  if (owner != nullptr) move(PlaceOver(*this, *owner));
   exec();
-}
-
-// In the middle of the owner, as far as the screen has the room there.
-QPoint EntryDialog::PlaceOver(const QWidget& owner) const {
-  const QRect free = owner.screen()->availableGeometry();
-  const QPoint middle = owner.frameGeometry().center() - rect().center();
-  return {std::max(free.left(), std::min(middle.x(), free.right() + 1 - width())),
-          std::max(free.top(), std::min(middle.y(), free.bottom() + 1 - height()))};
 }
 
 QSize EntryDialog::Room() const {
   const QWidget* const owner = OwnerForNewWindow();
-  const QScreen* const shown_on = (owner != nullptr ? owner : this)->screen();
-  return shown_on->availableSize() - QSize(kFrame, kTitleBar + kFrame);
+  return RoomOnScreen(owner != nullptr ? *owner : *this);
 }
 
 QLineEdit* EntryDialog::AddNumberBox(const QString& name, const QString& label,

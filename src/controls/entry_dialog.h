@@ -34,8 +34,6 @@ class EntryDialog : public QDialog {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  QPoint PlaceOver(const QWidget& owner) const;
-
   QFormLayout* boxes_;  // children
   QDialogButtonBox* buttons_;
   QLineEdit* first_box_ = nullptr;

@@ -90,10 +90,12 @@ QIcon Icon(const QString& name) {
 }
 
 QStringList IconNames() {
-  return {"print",    "previous", "next",        "zoom-in",       "zoom-out",  "best-fit",
-          "export",   "find",     "back-color",  "fore-color",    "about",     "close",
-          "save",     "update",   "delete",      "message-print", "close-all", "information",
-          "question", "critical", "exclamation", "busy",          "ready"};
+  return {"print",    "previous", "next",        "zoom-in",        "zoom-out",        "best-fit",
+          "export",   "find",     "back-color",  "fore-color",     "about",           "close",
+          "save",     "update",   "delete",      "message-print",  "close-all",       "information",
+          "question", "critical", "exclamation", "busy",           "ready",           "first",
+          "last",     "filter",   "refresh",     "sort-ascending", "sort-descending", "align",
+          "preview"};
 }
 
 }  // namespace kel

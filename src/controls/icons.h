@@ -15,6 +15,7 @@ namespace kel {
 /// Tool bar: print, previous, next, zoom-in, zoom-out, best-fit, export, find, back-color,
 /// fore-color, about, close. Messages, in the order of IconStyles: save, update, delete,
 /// message-print, close-all, information, question, critical, exclamation. Preview: busy, ready.
+/// List window: first, last, filter, refresh, sort-ascending, sort-descending, align, preview.
 QIcon Icon(const QString& name);
 
 QStringList IconNames();

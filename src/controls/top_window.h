@@ -14,6 +14,13 @@ QWidget* OwnerForNewWindow();
 /// `window` is not shown.
 void SetOwner(QWidget& window, QWidget* owner);
 
+/// The size that the screen of `window` has for a window within its frame, in pixels.
+QSize RoomOnScreen(const QWidget& window);
+
+/// Where a new window of the present size stands in the middle of `owner`, as far as the screen has
+/// the room there.
+QPoint PlaceOver(const QWidget& window, const QWidget& owner);
+
 /// The width in pixels at which a window's frame shows the whole title beside its buttons.
 int WidthForTitle(const QWidget& window);
 

@@ -35,6 +35,7 @@ void Recordset::Open(std::string_view source, Connection& connection, CursorType
   source_ = source;
   connection_ = &connection;
   lock_ = lock;
+  listeners_.Tell(&RecordsetEvents::RecordsetChangeComplete);
 }
 
 void Recordset::Open(std::unique_ptr<Statement> statement, CursorType cursor) {
@@ -43,6 +44,7 @@ void Recordset::Open(std::unique_ptr<Statement> statement, CursorType cursor) {
     throw Error(error_number::kDatabase, "the statement gives no records");
   }
   Begin(std::move(statement), cursor);
+  listeners_.Tell(&RecordsetEvents::RecordsetChangeComplete);
 }
 
 /// Takes the rows of a statement that has a result; a failure leaves the recordset closed.
@@ -70,6 +72,7 @@ void Recordset::Close() {
   closed.max_records_ = max_records_;
   closed.in_slices_ = in_slices_;
   *this = std::move(closed);
+  listeners_.Tell(&RecordsetEvents::RecordsetChangeComplete);
 }
 
 ObjectState Recordset::State() const noexcept {
@@ -99,6 +102,7 @@ bool Recordset::Fetch(std::int64_t rows) {
         store_->Seal();
       }
     }
+    listeners_.Tell(&RecordsetEvents::FetchProgress);
   } catch (const Error& failure) {
     fetch_failure_ = failure;
     throw;
@@ -180,6 +184,19 @@ CellView Recordset::CurrentCell(int index) const {
   if (edit_.mode != EditMode::kNone && edit_.cells[field]) return edit_.cells[field]->View();
   if (edit_.mode == EditMode::kAdd) return {};
   return store_->Cell(live_.Values(CurrentRow()), field);
+}
+
+std::int64_t Recordset::RowsSeen() const {
+  RequireRows();
+  return SeenRows();
+}
+
+CellView Recordset::CellSeen(std::int64_t row, int field) const {
+  RequireField(field);
+  const auto column = static_cast<std::size_t>(field);
+  const bool edited = edit_.mode == EditMode::kInProgress && row == position_;
+  if (edited && edit_.cells[column]) return edit_.cells[column]->View();
+  return store_->Cell(live_.Values(Seen()[static_cast<std::size_t>(row)]), column);
 }
 
 void Recordset::RequireOpen() const {

@@ -37,6 +37,22 @@ inline constexpr int kFirst = 1;
 inline constexpr int kLast = 2;
 }  // namespace bookmark
 
+/// Told what happens to a recordset, by the names of ADO's events. The calls come in the middle of
+/// the operation: they look, and change nothing.
+class RecordsetEvents {
+ public:
+  virtual ~RecordsetEvents() = default;
+
+  /// Another row is the current one, or none is.
+  virtual void MoveComplete() {}
+  /// The current row has other values, was added or deleted.
+  virtual void RecordChangeComplete() {}
+  /// Other rows are there, or in another order: after Open, Close, Requery, Resync, Sort, Filter.
+  virtual void RecordsetChangeComplete() {}
+  /// Fetch has brought more rows, or found that there are no more.
+  virtual void FetchProgress() {}
+};
+
 /// Rows of a database, one of which is the current one.
 ///
 ///     for (rs.Open(sql, books); !rs.EndOfFile(); rs.MoveNext()) Use(rs.FieldText(0));
@@ -78,7 +94,8 @@ class Recordset {
   std::int64_t MaxRecords() const noexcept { return max_records_; }
   void MaxRecords(std::int64_t most);
   /// Opening with it returns after the first row; Fetch brings the others, and RecordCount is -1
-  /// until all are there. Sort, Filter, Find, MoveLast and changes fetch what is missing first.
+  /// until all are there. Find, MoveLast, changes, and a Sort or Filter that is not "" fetch what
+  /// is missing first.
   bool FetchesInSlices() const noexcept { return in_slices_; }
   void FetchesInSlices(bool in_slices);
   /// Brings up to `rows` more rows; false when there are no more. When the database fails the rows
@@ -92,6 +109,8 @@ class Recordset {
   std::int64_t RecordCount() const;
   /// The place of the current row from 1; -2 at BOF, -3 at EOF, -1 where it is not known.
   std::int64_t AbsolutePosition() const;
+  /// Goes to the row at that place, from 1. Throws Error 3001 when there is none.
+  void AbsolutePosition(std::int64_t position);
 
   void MoveFirst();
   void MoveLast();
@@ -158,6 +177,19 @@ class Recordset {
     SetFieldValue(FieldIndex(name), value);
   }
 
+  // The rows as Sort and Filter let them be seen, without going there: for grids.
+
+  /// How many there are by now; RecordCount once all rows are fetched.
+  std::int64_t RowsSeen() const;
+  /// A cell of the row at `row`, from 0, with what was set and not yet updated. Good as FieldCell
+  /// is. REQUIRES row < RowsSeen().
+  CellView CellSeen(std::int64_t row, int field) const;
+
+  /// From now on `events` are told, until they are removed; they outlive the recordset or are
+  /// removed before.
+  void AddEvents(RecordsetEvents& events) { listeners_.Add(events); }
+  void RemoveEvents(RecordsetEvents& events) { listeners_.Remove(events); }
+
   /// Whether another thread may use the open recordset, one thread at a time.
   bool MayChangeThread() const noexcept;
 
@@ -166,6 +198,23 @@ class Recordset {
   struct Edit {
     kel::EditMode mode = kel::EditMode::kNone;
     std::vector<std::optional<HeldCell>> cells;  // by field; nothing for fields that were not set
+  };
+
+  /// Who listens to this object: what it stays when rows are moved into it or out of it.
+  class Listeners {
+   public:
+    Listeners() = default;
+    Listeners(Listeners&& /*other*/) noexcept {}
+    Listeners& operator=(Listeners&& /*other*/) noexcept { return *this; }
+
+    void Add(RecordsetEvents& events) { all_.push_back(&events); }
+    void Remove(RecordsetEvents& events) { std::erase(all_, &events); }
+    void Tell(void (RecordsetEvents::*event)()) const {
+      for (RecordsetEvents* const listener : all_) (listener->*event)();
+    }
+
+   private:
+    std::vector<RecordsetEvents*> all_;
   };
 
   void Begin(std::unique_ptr<Statement> statement, CursorType cursor);
@@ -231,6 +280,8 @@ class Recordset {
   Edit edit_;
   std::string sort_;
   Value filter_ = "";
+
+  Listeners listeners_;
 };
 
 }  // namespace kel

@@ -45,6 +45,7 @@ void Recordset::SetFieldValue(int index, const Value& value) {
     edit_.cells.resize(columns_.size());
   }
   edit_.cells[field] = std::move(cell);
+  listeners_.Tell(&RecordsetEvents::RecordChangeComplete);
 }
 
 void Recordset::Update() {
@@ -72,11 +73,13 @@ void Recordset::Update() {
     StoreCells(row, TableOf(columns).Update(CellsOf(row), changes));
   }
   edit_ = {};
+  listeners_.Tell(&RecordsetEvents::RecordChangeComplete);
 }
 
 void Recordset::CancelUpdate() {
   RequireRows();
   edit_ = {};
+  listeners_.Tell(&RecordsetEvents::RecordChangeComplete);
 }
 
 void Recordset::Delete() {
@@ -89,6 +92,7 @@ void Recordset::Delete() {
   if (view_) view_->erase(view_->begin() + position_);
   edit_ = {};
   on_deleted_ = true;
+  listeners_.Tell(&RecordsetEvents::RecordChangeComplete);
 }
 
 EditMode Recordset::EditMode() const noexcept { return edit_.mode; }
@@ -105,6 +109,7 @@ void Recordset::Requery() {
   if (!sort_.empty()) fresh.Sort(sort_);
   if (filter_ != Value("") && !filter_.IsArray()) fresh.Filter(filter_);
   *this = std::move(fresh);
+  listeners_.Tell(&RecordsetEvents::RecordsetChangeComplete);
 }
 
 void Recordset::Resync(AffectRecords affected) {
@@ -129,6 +134,7 @@ void Recordset::Resync(AffectRecords affected) {
       missing = true;
     }
   }
+  listeners_.Tell(&RecordsetEvents::RecordsetChangeComplete);
   if (missing) throw RowIsDeleted();
 }
 

@@ -1,5 +1,6 @@
 // The current row of a Recordset, and the order in which its rows are seen.
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "data/Recordset.h"
@@ -62,6 +63,15 @@ std::int64_t Recordset::AbsolutePosition() const {
   return OnRow() ? position_ + 1 : kPositionUnknown;
 }
 
+void Recordset::AbsolutePosition(std::int64_t position) {
+  RequireRows();
+  FinishEdit();
+  if (position < 1 || !FetchUpTo(position - 1)) {
+    throw WrongArguments("there is no record " + std::to_string(position));
+  }
+  GoTo(position - 1);
+}
+
 void Recordset::MoveFirst() {
   RequireOpen();
   if (!HoldsRows()) {
@@ -120,6 +130,7 @@ void Recordset::Move(std::int64_t records, const Value& start) {
 void Recordset::GoTo(std::int64_t position) {
   position_ = position;
   on_deleted_ = false;
+  listeners_.Tell(&RecordsetEvents::MoveComplete);
 }
 
 /// Writes an edit that a move would lose.
@@ -210,14 +221,15 @@ void Recordset::Arrange(std::string sort, Value filter) {
   std::vector<SortField> fields;
   if (!sort.empty()) fields = ParseSort(sort, columns_);
   FinishEdit();
-  FetchAll();
   if (fields.empty() && IsNoFilter(filter)) {
     view_.reset();
   } else {
+    FetchAll();
     view_ = Arranged(fields, filter);
   }
   sort_ = std::move(sort);
   filter_ = std::move(filter);
+  listeners_.Tell(&RecordsetEvents::RecordsetChangeComplete);
   GoTo(Seen().empty() ? -1 : 0);
 }
 

@@ -18,54 +18,14 @@
 #include "engine/print_files.h"
 #include "engine/print_settings.h"
 #include "engine/report_caption.h"
+#include "engine/report_job.h"
 #include "engine/report_layout.h"
 #include "toolkit/CZURDLL.h"
+#include "toolkit/wait_scope.h"
 
 namespace kel {
 
 namespace {
-
-// The work of one operation under its wait window, which closes on every way out. The window lets
-// events through, and with them a program's other jobs: those are refused meanwhile, for all jobs
-// of a thread share their files.
-class WaitScope {
- public:
-  explicit WaitScope(const std::string& caption, std::optional<std::int32_t> min = std::nullopt,
-                     std::optional<std::int32_t> max = std::nullopt)
-      : WaitScope(false, caption, min, max) {}
-  // A wait window with a Stop button.
-  static WaitScope Stoppable(const std::string& caption) {
-    return {true, caption, std::nullopt, std::nullopt};
-  }
-  ~WaitScope() {
-    SharedToolkit().UnloadWait();
-    Working() = false;
-  }
-  WaitScope(const WaitScope&) = delete;
-  WaitScope& operator=(const WaitScope&) = delete;
-
-  // False once the user has pressed Stop. Work does not stop for want of a window.
-  bool Step() const {
-    SharedToolkit().StepWait();
-    return !SharedToolkit().WaitWasStopped();
-  }
-
- private:
-  WaitScope(bool stop_button, const std::string& caption, std::optional<std::int32_t> min,
-            std::optional<std::int32_t> max) {
-    if (Working()) {
-      throw Error(error_number::kInvalidProcedureCall,
-                  "another report is being prepared or printed: wait until that is done");
-    }
-    Working() = true;
-    SharedToolkit().ShowWait(stop_button, caption, min, max);
-  }
-
-  static bool& Working() {
-    thread_local bool working = false;
-    return working;
-  }
-};
 
 std::vector<Cells> WidthsOf(const Value& col_width) {
   std::vector<Cells> widths;
@@ -73,19 +33,6 @@ std::vector<Cells> WidthsOf(const Value& col_width) {
   return widths;
 }
 
-std::vector<std::string> LinesOf(const Value& report_title) {
-  std::vector<std::string> lines;
-  if (!report_title.IsArray()) {
-    // A single text is one line; the initial empty one is none.
-    const std::string line = report_title.ToText();
-    if (!line.empty()) lines.push_back(line);
-    return lines;
-  }
-  for (const Value& entry : report_title.ToArray()) lines.push_back(entry.ToText());
-  return lines;
-}
-
-std::filesystem::path PageFile() { return TempFolder() / kPageFileName; }
 std::filesystem::path RangeFile() { return TempFolder() / kPageRangeFileName; }
 
 // Without a temporary folder there is no such file, and the creation has told so.
@@ -207,6 +154,7 @@ void CPrint::PrepareReport(GridSource& Grid, const std::int32_t& Row1, const std
 void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   const std::optional<std::int32_t> end =
       range.row2 == kLastRow ? std::nullopt : std::optional(range.row2);
+  const ReportJob job;
   const WaitScope wait("Preparing Pages...", range.row1, end);
   current_page = range.first_page;
 
@@ -214,27 +162,18 @@ void CPrint::Impl::PrepareReport(GridSource& grid, const ReportRange& range) {
   // own.
   const PrintSettings job_settings = settings;
   const std::vector<Cells> widths = WidthsOf(col_width);
-  const ReportTexts texts = {LinesOf(report_title), CurrentHost().clock->Stamp()};
-  OutputFile file(PageFile(), Links::kRefuse);
-  PageFileWriter writer(file);
-  const PageNumber last =
-      LayOutReport(grid, widths, job_settings, range, texts, writer, [&](PageNumber page) {
-        current_page = page;
-        wait.Step();
-      });
-  file.Commit();
-
-  current_page = last;
-  pages = last - range.first_page + 1;
+  const ReportTexts texts = {TitleLines(report_title), CurrentHost().clock->Stamp()};
+  const auto write_pages = [&](PageFileWriter& writer) {
+    return LayOutReport(grid, widths, job_settings, range, texts, writer, [&](PageNumber page) {
+      current_page = page;
+      wait.Step();
+    });
+  };
+  current_page = WriteReport(job_settings, LineWidth(widths), range.first_page, write_pages);
+  pages = CurrentJob().page_count;
   rebuild = false;
   range_copied = false;
   prepared.reset();
-  JobValues& job = CurrentJob();
-  job.first_page = range.first_page;
-  job.page_count = pages;
-  job.page_width = LineWidth(widths) + job_settings.left_margin + job_settings.right_margin;
-  job.page_length = PageLength(job_settings);
-  job.page_offsets = std::make_shared<const std::vector<std::uint64_t>>(writer.TakePageOffsets());
 }
 
 void CPrint::PrintPreview(Object& Grid, std::optional<std::int32_t> Row1,
@@ -300,6 +239,7 @@ void CPrint::CopyPageRange(PageNumber From, PageNumber To) {
 }
 
 void CPrint::Impl::CopyPageRange(PageRange range) {
+  const ReportJob job;
   const WaitScope wait("Printing Pages (" + std::to_string(range.from) + "-" +
                        std::to_string(range.to) + ")");
   const ReportSnapshot report = Prepared();
@@ -366,6 +306,7 @@ void CPrint::Impl::BuildPrintFiles() {
 bool CPrint::Impl::SendToSystem(const std::filesystem::path& file, Links links,
                                 const std::string& title) {
   SystemPrinter& printer = Required(CurrentReportHost().system_printer, "printer");
+  const ReportJob job;
   const WaitScope wait = WaitScope::Stoppable("Printing Pages...");
   return PrintThroughSystem(file, links, title, settings, printer, [&] { return wait.Step(); });
 }
@@ -420,12 +361,12 @@ ReportSnapshot CPrint::Impl::Held() const {
 }
 
 ReportSnapshot CPrint::Impl::Snapshot() const {
-  return prepared
-             ? *prepared
-             : ReportSnapshot{PathOrEmpty(PageFile), CurrentJob(), settings, col_width, nullptr};
+  return prepared ? *prepared
+                  : ReportSnapshot{PathOrEmpty(ReportPageFile), CurrentJob(), settings, col_width,
+                                   nullptr};
 }
 
-std::string CPrint::GetKelFile() const { return PathOrEmpty(PageFile); }
+std::string CPrint::GetKelFile() const { return PathOrEmpty(ReportPageFile); }
 
 std::string CPrint::PageRangeFile() const { return PathOrEmpty(RangeFile); }
 

@@ -24,6 +24,9 @@ struct CellFont {
   bool underline = false;
 };
 
+/// Where a column's texts stand.
+enum class TextSide { kLeft, kRight, kCenter };
+
 /// A grid of report rows; row 0 holds the column headings, rows and columns count from 0.
 ///
 /// The layout calls it in the order in which grids are published to be used: per row SetRow and
@@ -62,6 +65,10 @@ class GridSource {
   virtual std::string_view TextMatrix(std::int32_t row, std::int32_t col) = 0;
   /// kAlignLeft, or any other value for right.
   virtual int ColAlignment(std::int32_t col) = 0;
+  /// For a source that knows more sides than these two.
+  virtual TextSide Side(std::int32_t col) {
+    return ColAlignment(col) == kAlignLeft ? TextSide::kLeft : TextSide::kRight;
+  }
 };
 
 }  // namespace kel

@@ -34,6 +34,7 @@ class MemoryGrid : public GridSource {
 
   /// Rows 0 to `rows` - 1 have the button-face colour; 1 unless set.
   void FixedRows(std::int32_t rows) { fixed_rows_ = rows; }
+  std::int32_t FixedRows() const { return fixed_rows_; }
   /// Sets the alignment of a column; left unless set. Throws Error 9 for a negative column.
   void ColAlignment(std::int32_t col, int alignment);
   /// Sets the font of a cell. Throws Error 9 for a cell that there is not.

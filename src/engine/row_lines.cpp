@@ -59,7 +59,7 @@ bool RowLines::Next(std::string_view& line) {
     TakePiece(column);
     grid_.SetCol(column.index);
     column.font = grid_.Font();
-    column.left = grid_.ColAlignment(column.index) == kAlignLeft;
+    column.before = BlanksBefore(column);
     one_byte_per_cell &= column.plain && !column.font.bold && !column.font.underline;
   }
   first_line_ = false;
@@ -70,6 +70,19 @@ bool RowLines::Next(std::string_view& line) {
   }
   line = FinishedLine();
   return true;
+}
+
+Cells RowLines::BlanksBefore(const Column& column) const {
+  const Cells blanks = column.width - column.cells;
+  switch (grid_.Side(column.index)) {
+    case TextSide::kLeft:
+      return 0;
+    case TextSide::kCenter:
+      return blanks / 2;
+    case TextSide::kRight:
+      break;
+  }
+  return blanks;
 }
 
 void RowLines::ReadText(Column& column) {
@@ -117,8 +130,7 @@ void RowLines::TakePiece(Column& column) {
 void RowLines::PaintLine() {
   line_ = blank_line_;
   for (const Column& column : columns_) {
-    const Cells padding = column.left ? 0 : column.width - column.cells;
-    column.shown.copy(line_.data() + column.offset + padding, column.shown.size());
+    column.shown.copy(line_.data() + column.offset + column.before, column.shown.size());
   }
 }
 
@@ -127,13 +139,13 @@ void RowLines::PaintLine() {
 void RowLines::AssembleLine() {
   line_.assign(blank_line_, 0, margin_end_);
   for (const Column& column : columns_) {
-    const auto padding = static_cast<std::size_t>(column.width - column.cells);
+    const Cells after = column.width - column.cells - column.before;
     if (column.font.bold) line_ += kBoldOn;
-    if (!column.left) line_.append(padding, ' ');
+    line_.append(static_cast<std::size_t>(column.before), ' ');
     if (column.font.underline) line_ += kUnderlineOn;
     line_ += column.shown;
     if (column.font.underline) line_ += kUnderlineOff;
-    if (column.left) line_.append(padding, ' ');
+    line_.append(static_cast<std::size_t>(after), ' ');
     if (column.font.bold) line_ += kBoldOff;
     if (column.divider_after) line_ += divider_;
   }

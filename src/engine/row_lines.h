@@ -47,9 +47,10 @@ class RowLines {
     std::string_view shown;
     Cells cells;  // that `shown` takes
     CellFont font;
-    bool left;
+    Cells before;  // blanks before `shown`; the others follow it
   };
 
+  Cells BlanksBefore(const Column& column) const;
   void ReadText(Column& column);
   void TakePiece(Column& column);
   void PaintLine();

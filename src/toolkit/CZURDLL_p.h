@@ -4,9 +4,9 @@
 #include <memory>
 #include <utility>
 
-#include "common/host.h"
 #include "data/Recordset.h"
 #include "toolkit/CZURDLL.h"
+#include "toolkit/hourglass.h"
 
 namespace kel {
 
@@ -40,20 +40,6 @@ void CZURDLL::Guarded(const char* location, Operation operation) noexcept {
     return true;
   });
 }
-
-/// The hourglass, as long as it lives. A screen that refuses it does not stop the work.
-class Hourglass {
- public:
-  Hourglass() { Show(MousePointer::kHourglass); }
-  ~Hourglass() { Show(MousePointer::kDefault); }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
-
- private:
-  static void Show(MousePointer pointer) noexcept {
-    Quietly([pointer] { CurrentHost().desktop->SetMousePointer(pointer); });
-  }
-};
 
 /// The shared recordset, made anew for one operation. The operation keeps its own hold of it: what
 /// it calls, a control say, may run another operation of the same object, which makes the next.

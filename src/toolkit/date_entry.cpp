@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "common/date_text.h"
+#include "common/host.h"
 #include "common/object.h"
 #include "common/text_cells.h"
 #include "toolkit/CZURDLL_p.h"

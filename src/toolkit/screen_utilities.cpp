@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "common/host.h"
 #include "common/object.h"
 #include "common/twips.h"
 #include "toolkit/CZURDLL_p.h"

@@ -68,7 +68,6 @@ TEST_F(CommandTest, FailureIsOneLine) {
   const std::vector<std::pair<Words, std::string>> cases = {
       {{"words", "--extended", "5", "12\nabc"}, "\"12 abc\""},
       {{"settings", "get", "Setup/Nothing"}, "Setup/Nothing"},
-      {{"browse", "x.csv"}, "browse" + later},
       {{"report", "x.csv", "-o", "x.XLSX"}, ".XLSX output" + later},
       {{"report", "--db", "odbc:DSN=None;PWD=secret", "--sql", "SELECT 1"},
        "odbc:DSN=None;PWD=***: "},

@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "data/Recordset.h"
+#include "data/read_only_driver.h"
 #include "support/errors.h"
 #include "support/test_folder.h"
 
@@ -130,6 +133,30 @@ TEST_F(CsvTest, APipeReadsLikeAFile) {
   const auto statement = OpenCsv(folder_ / "pipe", 4096);
   writer.join();
   EXPECT_EQ(Flat(*statement), "a\n" + value + "\n2\n");
+}
+
+TEST_F(CsvTest, ThroughADriverAFileIsReadAgainByRequeryAndNeverChanged) {
+  const auto path = folder_ / "table.csv";
+  testing::WriteFile(path, "Name,Amount\nb,2\na,10\n");
+  Connection file(ReadOnlyDriver([&] { return OpenCsv(path); }));
+  Recordset rows;
+  rows.FetchesInSlices(true);
+  rows.Open("", file, CursorType::kStatic, LockType::kOptimistic);
+  rows.Sort("[Amount] DESC");
+  EXPECT_EQ(rows.FieldText(0), "a");
+  testing::WriteFile(path, "Name,Amount\nb,2\nc,30\na,10\n");
+  rows.Requery();
+  EXPECT_EQ(rows.FieldText(0), "c");
+
+  std::filesystem::remove(path);
+  EXPECT_TRUE(testing::Contains(testing::ErrorOf([&] { rows.Requery(); }), "No such file"));
+  EXPECT_EQ(rows.RecordCount(), 3);
+  EXPECT_EQ(testing::ErrorOf([&] { file.Execute("DELETE FROM T"); }).Number(), 3251);
+  EXPECT_EQ(testing::ErrorOf([&] {
+              rows.SetFieldValue("Name", "d");
+              rows.Update();
+            }).Number(),
+            3251);
 }
 
 }  // namespace

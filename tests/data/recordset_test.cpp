@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "data/ado_errors.h"
@@ -190,6 +191,52 @@ TEST_F(RecordsetTest, RowsComeInSlicesAndAsFarAsWanted) {
   EXPECT_EQ(rows_.RecordCount(), 4097);
   rows_.MoveLast();
   EXPECT_EQ(rows_.FieldValue(2), Value(2048.5));
+}
+
+class WrittenEvents : public RecordsetEvents {
+ public:
+  void MoveComplete() override { written += 'm'; }
+  void RecordChangeComplete() override { written += 'r'; }
+  void RecordsetChangeComplete() override { written += 's'; }
+  void FetchProgress() override { written += 'f'; }
+
+  std::string Take() { return std::exchange(written, {}); }
+  std::string written;
+};
+
+TEST_F(RecordsetTest, RowsAreSeenWithoutGoingThereAndListenersAreTold) {
+  Connection books = Make(
+      "CREATE TABLE t(n INTEGER PRIMARY KEY, v TEXT);"
+      "INSERT INTO t VALUES (1, 'c'), (2, 'a'), (3, 'b')");
+  WrittenEvents events;
+  rows_.AddEvents(events);
+  rows_.FetchesInSlices(true);
+  rows_.Open("SELECT * FROM t", books, CursorType::kKeyset, LockType::kOptimistic);
+  EXPECT_EQ(events.Take(), "fs");
+  EXPECT_EQ(rows_.RowsSeen(), 1);
+  rows_.Fetch(10);
+  EXPECT_EQ(events.Take(), "f");
+  rows_.Sort("v");
+  EXPECT_EQ(events.Take(), "sm");
+  EXPECT_EQ(rows_.CellSeen(2, 1).bytes, "c");
+  rows_.AbsolutePosition(2);
+  EXPECT_EQ(rows_.FieldText(1), "b");
+  EXPECT_EQ(events.Take(), "m");
+  rows_.SetFieldValue(1, "z");
+  EXPECT_EQ(rows_.CellSeen(1, 1).bytes, "z");
+  rows_.CancelUpdate();
+  EXPECT_EQ(rows_.CellSeen(1, 1).bytes, "b");
+  EXPECT_EQ(events.Take(), "rr");
+  EXPECT_EQ(ErrorOf([&] { rows_.AbsolutePosition(4); }).Number(), 3001);
+  EXPECT_EQ(rows_.AbsolutePosition(), 2);
+  rows_.Delete();
+  EXPECT_EQ(rows_.RowsSeen(), 2);
+  EXPECT_EQ(events.Take(), "r");
+  rows_.Requery();
+  EXPECT_EQ(events.Take(), "s");  // what the rows are read with is another object
+  rows_.RemoveEvents(events);
+  rows_.Close();
+  EXPECT_EQ(events.Take(), "");
 }
 
 TEST_F(RecordsetTest, AFailureWhileFetchingIsNoEndOfTheRows) {

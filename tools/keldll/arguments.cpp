@@ -92,6 +92,16 @@ Range ReadRange(std::string_view option, std::string_view text, std::int32_t lea
                    " or more, A not above B");
 }
 
+std::vector<std::int32_t> ReadIntegers(std::string_view option, std::string_view text) {
+  std::vector<std::int32_t> numbers;
+  for (const std::string& item : SplitList(text)) {
+    const std::optional<std::int32_t> number = ReadInteger(item);
+    if (!number) throw UsageError(std::string(option) + ": \"" + item + "\" is not a whole number");
+    numbers.push_back(*number);
+  }
+  return numbers;
+}
+
 std::vector<std::string> SplitList(std::string_view text) {
   std::vector<std::string> items;
   while (true) {

@@ -70,6 +70,9 @@ std::optional<std::int32_t> ReadInteger(std::string_view text);
 /// `A-B` with `least` <= A <= B. Throws UsageError naming `option`.
 Range ReadRange(std::string_view option, std::string_view text, std::int32_t least);
 
+/// `A,B,...`. Throws UsageError naming `option` for an item that is no whole number.
+std::vector<std::int32_t> ReadIntegers(std::string_view option, std::string_view text);
+
 /// The items of a list that is separated by commas, without blanks around them.
 std::vector<std::string> SplitList(std::string_view text);
 

@@ -9,6 +9,7 @@
 
 #include "common/error.h"
 #include "keldll/arguments.h"
+#include "keldll/browse_command.h"
 #include "keldll/report_command.h"
 #include "keldll/settings_command.h"
 #include "keldll/setup_command.h"
@@ -23,8 +24,6 @@ struct Verb {
   std::string_view name;
   void (*run)(std::span<const std::string> words);
 };
-
-void RunBrowse(std::span<const std::string> /*words*/) { throw NotInThisVersion("browse"); }
 
 constexpr std::array kVerbs = {Verb{"report", RunReport}, Verb{"browse", RunBrowse},
                                Verb{"words", RunWords}, Verb{"setup", RunSetup},

@@ -208,6 +208,7 @@ void GridHandler::EndPair() {
 
 JsonGrid GridHandler::Finish() {
   if (!Seen(Member::kTextMatrix)) throw JsonFault("TextMatrix is missing");
+  if (read_.grid.Cols() == 0) throw JsonFault("TextMatrix has no cells");
   ApplyFonts();
   read_.grid.FixedRows(fixed_rows_);
   for (std::size_t col = 0; col < alignments_.size(); ++col) {

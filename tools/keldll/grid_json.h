@@ -36,7 +36,7 @@ struct JsonGrid {
 /// may also be a number, true or false, which stand for their text, or null, which is empty. Bytes
 /// that are not UTF-8 pass unchanged and a byte order mark is skipped. Throws Error 321 naming
 /// file, line and column (counted in bytes) for text that is not JSON, members it does not know or
-/// that have the wrong type, and marked cells that the grid does not have.
+/// that have the wrong type, a grid without cells, and marked cells that it does not have.
 JsonGrid ReadGridJson(const std::filesystem::path& path);
 
 }  // namespace kel::command

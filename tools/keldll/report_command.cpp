@@ -89,9 +89,7 @@ void ReportJob::SetUpHost() {
     overlay->Override("Setup", "Mode", *mode);
     host.settings = overlay;
   }
-  // The command itself says what failed.
-  SharedToolkit().OnError([](std::int32_t& /*Number*/, std::string& /*Description*/,
-                             bool& Response) { Response = false; });
+  TellFailuresAtTheEnd();
 }
 
 void ReportJob::SetUpPrint(ReportSource& source) {
@@ -111,7 +109,7 @@ void ReportJob::Prepare(ReportSource& source) {
   const Range cols = options_.cols.value_or(Range{0, source.Grid().LastCol()});
   print_->PrepareReport(source.Grid(), rows.first, cols.first, rows.last, cols.last,
                         options_.start_page);
-  RequireSuccess(*print_, "cannot lay out " + options_.source);
+  RequireSuccess(*print_, "cannot lay out " + options_.source.name);
 }
 
 // The report, cut down to the pages that were asked for.
@@ -122,7 +120,7 @@ ReportSnapshot ReportJob::ChosenPages() {
   const std::string pages = "pages " + std::to_string(from) + "-" + std::to_string(to);
   if (to > report.job.page_count) {
     throw Error(error_number::kSubscriptOutOfRange,
-                "cannot take " + pages + " of " + options_.source + ": the report has " +
+                "cannot take " + pages + " of " + options_.source.name + ": the report has " +
                     std::to_string(report.job.page_count) +
                     (report.job.page_count == 1 ? " page" : " pages"));
   }
@@ -147,25 +145,24 @@ void ReportJob::Write(const ReportSnapshot& report, ReportOutputs& outputs) cons
 }
 
 void ReportJob::Print(const ReportSnapshot& report) const {
-  RefuseSource(report.settings.port, options_.source);
+  RefuseSource(report.settings.port, options_.source.name);
   CPrint print(report);
   print.PrintReport();
-  RequireSuccess(print, "cannot print " + options_.source);
+  RequireSuccess(print, "cannot print " + options_.source.name);
 }
 
 void ReportJob::Preview(const ReportSnapshot& report, ReportSource& source) const {
-  // What fails while the window is open is told there.
-  SharedToolkit().OnError(nullptr);
+  TellFailuresInWindows();
   CPrint print(report);
   print.PrintPreview(source.Grid(), {}, {}, {}, {}, static_cast<int>(ShowStyle::kModal));
-  RequireSuccess(print, "cannot show " + options_.source);
+  RequireSuccess(print, "cannot show " + options_.source.name);
 }
 
 void ReportJob::RequireSuccess(const CPrint& print, const std::string& what) const {
   const std::optional<Error>& failure = print.LastError();
   if (!failure) return;
   // An error of the source itself names it already.
-  const bool named = failure->Description().find(options_.source) != std::string::npos;
+  const bool named = failure->Description().find(options_.source.name) != std::string::npos;
   throw Error(failure->Number(),
               named ? failure->Description() : what + ": " + failure->Description());
 }

@@ -2,20 +2,19 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string_view>
 #include <utility>
 
 #include "common/names.h"
 #include "common/text_cells.h"
-#include "platform/qt/qt_sql.h"
+#include "keldll/file_ending.h"
 
 namespace kel::command {
 namespace {
 
 constexpr std::array kOptions = {
-    OptionSpec{"--db", OptionKind::kValue},
-    OptionSpec{"--sql", OptionKind::kValue},
+    kDbOption,
+    kSqlOption,
     OptionSpec{"--caption", OptionKind::kValue},
     OptionSpec{"--title", OptionKind::kRepeatedValue},
     OptionSpec{"--widths", OptionKind::kValue},
@@ -41,7 +40,7 @@ class Reading {
   explicit Reading(std::span<const std::string> words) : arguments_(words, kOptions) {}
 
   ReportOptions Read() {
-    ReadSource();
+    options_.source = ReadSource(arguments_);
     ReadTexts();
     ReadColumns();
     ReadRanges();
@@ -52,9 +51,6 @@ class Reading {
   }
 
  private:
-  void ReadSource();
-  void ReadDatabase();
-  void ReadFile(const std::string& path);
   void ReadTexts();
   void ReadColumns();
   void ReadRanges();
@@ -70,56 +66,6 @@ class Reading {
   std::string missing_;
 };
 
-// From the last point of the file's name on; ".txt" is all ending.
-std::string Ending(const std::string& path) {
-  const std::string name = std::filesystem::path(path).filename();
-  const std::size_t point = name.rfind('.');
-  return point == std::string::npos ? "" : name.substr(point);
-}
-
-bool EndsAs(const std::string& path, std::string_view ending) {
-  return SameName(Ending(path), ending);
-}
-
-void Reading::ReadSource() {
-  const std::vector<std::string>& words = arguments_.Positional();
-  const bool database = arguments_.Has("--db") || arguments_.Has("--sql");
-  if (words.size() > (database ? 0U : 1U)) {
-    throw UsageError(database ? "\"" + words[0] + "\" and --db: a report has one source"
-                              : "unexpected \"" + words[1] + "\"");
-  }
-  if (database) {
-    ReadDatabase();
-  } else if (words.empty()) {
-    throw UsageError("the source is missing");
-  } else {
-    ReadFile(words[0]);
-  }
-}
-
-void Reading::ReadDatabase() {
-  if (!arguments_.Has("--db")) throw UsageError("--sql needs --db");
-  if (!arguments_.Has("--sql")) throw UsageError("--db needs --sql");
-  options_.source_kind = SourceKind::kDatabaseFile;
-  options_.source = *arguments_.Value("--db");
-  options_.sql = *arguments_.Value("--sql");
-  if (IsDatabaseUrl(options_.source)) {
-    options_.source_kind = SourceKind::kServer;
-    options_.server = std::exchange(options_.source, WithoutPassword(options_.source));
-  }
-}
-
-void Reading::ReadFile(const std::string& path) {
-  options_.source = path;
-  if (EndsAs(path, ".json")) {
-    options_.source_kind = SourceKind::kGridFile;
-  } else if (EndsAs(path, ".csv")) {
-    options_.source_kind = SourceKind::kCsvFile;
-  } else {
-    throw UsageError("source \"" + path + "\": a file's name ends in .json or .csv");
-  }
-}
-
 void Reading::ReadTexts() {
   options_.caption = arguments_.Value("--caption");
   options_.titles = arguments_.Values("--title");
@@ -134,12 +80,7 @@ int ReadAlignment(const std::string& word) {
 
 void Reading::ReadColumns() {
   if (const std::optional<std::string> text = arguments_.Value("--widths")) {
-    options_.widths.emplace();
-    for (const std::string& item : SplitList(*text)) {
-      const std::optional<std::int32_t> width = ReadInteger(item);
-      if (!width) throw UsageError("--widths: \"" + item + "\" is not a whole number");
-      options_.widths->push_back(*width);
-    }
+    options_.widths = ReadIntegers("--widths", *text);
   }
   if (const std::optional<std::string> text = arguments_.Value("--align")) {
     for (const std::string& item : SplitList(*text)) {
@@ -187,7 +128,7 @@ void Reading::ReadOutput(const std::string& path) {
     options_.outputs.push_back({OutputKind::kPdf, path});
   } else if (std::any_of(kLaterEndings.begin(), kLaterEndings.end(),
                          [&](std::string_view ending) { return EndsAs(path, ending); })) {
-    Miss(path + ": " + Ending(path) + " output");
+    Miss(path + ": " + FileEnding(path) + " output");
   } else {
     throw UsageError(
         "-o \"" + path +

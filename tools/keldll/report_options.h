@@ -10,10 +10,9 @@
 #include "common/job_values.h"
 #include "keldll/arguments.h"
 #include "keldll/job_settings.h"
+#include "keldll/source_options.h"
 
 namespace kel::command {
-
-enum class SourceKind { kGridFile, kCsvFile, kDatabaseFile, kServer };
 
 enum class OutputKind { kStandardOutput, kPageFile, kText, kPdf };
 
@@ -23,11 +22,7 @@ struct Output {
 };
 
 struct ReportOptions {
-  SourceKind source_kind = SourceKind::kGridFile;
-  std::string source;  // the path of a file or an SQLite database; of a server what messages show
-  std::string server;  // its whole address, with the password
-  std::string sql;
-
+  SourceOptions source;
   std::optional<std::string> caption;
   std::vector<std::string> titles;
   std::optional<std::vector<std::int32_t>> widths;

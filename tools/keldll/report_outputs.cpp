@@ -21,7 +21,7 @@ ReportOutputs::ReportOutputs(const ReportOptions& options) {
   bool standard_output = false;
   for (const Output& output : options.outputs) {
     if (output.kind != OutputKind::kStandardOutput) {
-      RefuseSource(output.path, options.source);
+      RefuseSource(output.path, options.source.name);
       targets_.push_back({output.kind, output.path, std::make_unique<OutputFile>(output.path)});
     } else if (!standard_output) {
       targets_.push_back({output.kind, output.path, nullptr});

@@ -1,25 +1,18 @@
 #include "keldll/report_source.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <string_view>
 
 #include "common/error.h"
-#include "common/names.h"
 #include "common/text_cells.h"
 #include "data/csv.h"
-#include "data/sql_text.h"
-#include "data/sqlite.h"
 #include "engine/column_widths.h"
 #include "keldll/grid_json.h"
-#include "platform/qt/qt_sql.h"
 
 namespace kel::command {
 namespace {
 
 constexpr std::int32_t kMeasuredRows = 1000;
 constexpr Cells kWidestMeasured = 40;
-constexpr std::string_view kPostgresScheme = "postgresql:";
 
 std::vector<std::int32_t> MeasureGrid(const MemoryGrid& grid) {
   ColumnWidths widths(static_cast<std::size_t>(grid.Cols()), kWidestMeasured);
@@ -36,7 +29,7 @@ std::vector<std::int32_t> MeasureGrid(const MemoryGrid& grid) {
 
 ReportSource::ReportSource(const ReportOptions& options)
     : options_(options), titles_(options.titles) {
-  switch (options.source_kind) {
+  switch (options.source.kind) {
     case SourceKind::kGridFile:
       OpenGridFile();
       break;
@@ -44,51 +37,33 @@ ReportSource::ReportSource(const ReportOptions& options)
       OpenCsvFile();
       break;
     case SourceKind::kDatabaseFile:
-      OpenDatabaseFile();
-      break;
     case SourceKind::kServer:
-      OpenServer();
+      OpenStatement();
       break;
   }
 }
 
 void ReportSource::OpenGridFile() {
-  JsonGrid file = ReadGridJson(options_.source);
+  JsonGrid file = ReadGridJson(options_.source.name);
   loaded_ = std::make_unique<MemoryGrid>(std::move(file.grid));
-  if (loaded_->Cols() == 0) {
-    throw Error(error_number::kInvalidFileFormat, options_.source + ": TextMatrix has no cells");
-  }
   if (file.widths) file_widths_ = std::move(*file.widths);
   if (titles_.empty()) titles_ = std::move(file.titles);
-  DressGrid(*loaded_, file.caption.value_or(FileStem()));
+  DressGrid(*loaded_, file.caption.value_or(CaptionOf(options_.source)));
 }
 
 void ReportSource::OpenCsvFile() {
-  records_.Open(OpenCsv(options_.source));
-  StreamRecords(FileStem());
+  records_.Open(OpenCsv(options_.source.name));
+  StreamRecords();
 }
 
-void ReportSource::OpenDatabaseFile() {
-  connection_ = Connection(OpenSqlite(options_.source, Access::kRead));
-  StreamStatement();
+void ReportSource::OpenStatement() {
+  connection_ = OpenDatabase(options_.source, Access::kRead);
+  records_.Open(options_.source.sql, connection_);
+  StreamRecords();
 }
 
-void ReportSource::OpenServer() {
-  connection_ = Connection(OpenDatabaseUrl(options_.server));
-  if (SameName(options_.source.substr(0, kPostgresScheme.size()), kPostgresScheme)) {
-    // As a file is opened for reading only.
-    connection_.Execute("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY");
-  }
-  StreamStatement();
-}
-
-void ReportSource::StreamStatement() {
-  records_.Open(options_.sql, connection_);
-  const std::string table = FirstTableName(options_.sql);
-  StreamRecords(table.empty() ? FileStem() : table);
-}
-
-void ReportSource::StreamRecords(const std::string& caption) {
+void ReportSource::StreamRecords() {
+  const std::string caption = CaptionOf(options_.source);
   stream_ = std::make_unique<RecordsetGrid>(records_, options_.caption.value_or(caption));
   if (!options_.alignments.empty()) DressGrid(*stream_, caption);
 }
@@ -98,15 +73,11 @@ void ReportSource::DressGrid(GridSource& grid, const std::string& caption) {
   const auto cols = static_cast<std::size_t>(grid.LastCol()) + 1;
   if (given > cols) {
     throw Error(error_number::kSubscriptOutOfRange, "--align names " + std::to_string(given) +
-                                                        " columns, but " + options_.source +
+                                                        " columns, but " + options_.source.name +
                                                         " has " + std::to_string(cols));
   }
   dressed_ =
       std::make_unique<JobGrid>(grid, options_.caption.value_or(caption), options_.alignments);
-}
-
-std::string ReportSource::FileStem() const {
-  return std::filesystem::path(options_.source).stem().string();
 }
 
 GridSource& ReportSource::Grid() {

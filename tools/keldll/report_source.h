@@ -32,12 +32,9 @@ class ReportSource {
  private:
   void OpenGridFile();
   void OpenCsvFile();
-  void OpenDatabaseFile();
-  void OpenServer();
-  void StreamStatement();
-  void StreamRecords(const std::string& caption);
+  void OpenStatement();
+  void StreamRecords();
   void DressGrid(GridSource& grid, const std::string& caption);
-  std::string FileStem() const;
 
   const ReportOptions& options_;
   Connection connection_;

@@ -2,10 +2,12 @@
 
 #include <QString>
 #include <QtGlobal>
+#include <cstdint>
 #include <cstdio>
 
 #include "common/error.h"
 #include "platform/qt/qt_application.h"
+#include "toolkit/CZURDLL.h"
 
 namespace kel::command {
 namespace {
@@ -24,5 +26,12 @@ void RequireScreen(const std::string& what) {
   throw Error(error_number::kInvalidProcedureCall,
               what + " needs a screen: there is none at DISPLAY or WAYLAND_DISPLAY");
 }
+
+void TellFailuresAtTheEnd() {
+  SharedToolkit().OnError([](std::int32_t& /*Number*/, std::string& /*Description*/,
+                             bool& Response) { Response = false; });
+}
+
+void TellFailuresInWindows() { SharedToolkit().OnError(nullptr); }
 
 }  // namespace kel::command

@@ -5,7 +5,6 @@
 #include "keldll/arguments.h"
 #include "keldll/screen.h"
 #include "platform/qt/qt_host.h"
-#include "toolkit/CZURDLL.h"
 
 namespace kel::command {
 
@@ -14,15 +13,13 @@ void RunSetup(std::span<const std::string> words) {
   DropQtWarnings();
   RequireScreen("setup");
   InstallQtHost();
-  // The command itself says why the window cannot open.
-  SharedToolkit().OnError([](std::int32_t& /*Number*/, std::string& /*Description*/,
-                             bool& Response) { Response = false; });
+  TellFailuresAtTheEnd();
   CPrint print;
   // Stored texts that do not fit their type are there to be mended.
   const bool mismatch =
       print.LastError() && print.LastError()->Number() == error_number::kTypeMismatch;
   if (!print.LastError() || mismatch) {
-    SharedToolkit().OnError(nullptr);
+    TellFailuresInWindows();
     print.ShowSetup();
   }
   if (print.LastError()) throw Error(*print.LastError());

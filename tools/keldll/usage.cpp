@@ -4,14 +4,14 @@ namespace kel::command {
 namespace {
 
 constexpr std::string_view kGeneralUsage = R"(usage: keldll report SOURCE [layout] [output]
-       keldll browse SOURCE
+       keldll browse SOURCE [columns]
        keldll words AMOUNT...
        keldll setup
        keldll settings [get KEY | set KEY VALUE | reset]
        keldll --version | --help | help VERB
 
   report     lay a table out into pages, then print, show or save them
-  browse     open the list window on a table (not available in this version)
+  browse     open the list window on a table: scroll, sort, filter, find, edit, total, print
   words      write amounts in words
   setup      open the printer setup dialog
   settings   show and change the stored settings
@@ -54,7 +54,21 @@ constexpr std::string_view kBrowseUsage =
     R"(usage: keldll browse SOURCE [--caption TEXT] [--active 0,3] [--sums 2,4]
                      [--formats "0=dd/mmmm/yyyy,4=###0.00"] [--align l,r,...]
 
-Opens the list window on a table. Not available in this version.
+Opens the list window on a table, until it is closed. Columns are counted from 0.
+
+SOURCE, one of
+  grid.json                a grid; its first row holds the column names
+  table.csv                comma-separated values; the first record holds the column names
+  --db DB --sql TEXT       the rows of a statement; DB: an SQLite file,
+                           postgresql://user@host:port/name or
+                           odbc:CONNECTION STRING
+
+  --caption TEXT           the title of the window
+  --active 0,3             columns that may be edited; only with --db
+  --sums 2,4               columns that the printed list totals
+  --formats "0=FORMAT,..." how columns show their values; a comma that a column
+                           and = do not follow belongs to the format
+  --align l,r,...          left, right, centre or general, per column
 )";
 
 constexpr std::string_view kWordsUsage =

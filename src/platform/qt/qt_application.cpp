@@ -11,6 +11,8 @@
 #include <string>
 #include <thread>
 
+#include "common/error.h"
+
 namespace kel {
 namespace {
 
@@ -112,5 +114,12 @@ bool EnsureApplication() {
 bool HasScreen() { return EnsureApplication() && !IsOffscreen(); }
 
 bool CanShowWindows() { return EnsureApplication() && !no_display_found; }
+
+void RequireWindows() {
+  if (CanShowWindows()) return;
+  throw Error(error_number::kInvalidProcedureCall,
+              "no window can be shown: there is no screen, or this is not the thread of a Qt "
+              "application with widgets");
+}
 
 }  // namespace kel

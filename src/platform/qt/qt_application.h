@@ -20,5 +20,7 @@ bool HasScreen();
 /// application and found no display: nobody asked for offscreen windows there, and a modal one
 /// would wait for ever.
 bool CanShowWindows();
+/// Throws Error 5 where no window can be shown.
+void RequireWindows();
 
 }  // namespace kel

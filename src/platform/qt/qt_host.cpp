@@ -4,8 +4,10 @@
 
 #include "common/host.h"
 #include "engine/report_windows.h"
+#include "listview/list_windows.h"
 #include "platform/posix/spooler_port.h"
 #include "platform/qt/qt_desktop.h"
+#include "platform/qt/qt_list_windows.h"
 #include "platform/qt/qt_report_windows.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_system_printer.h"
@@ -19,6 +21,7 @@ void InstallQtHost() {
   report.windows = std::make_shared<QtReportWindows>();
   report.printer_port = std::make_shared<SpoolerPort>();
   report.system_printer = std::make_shared<QtSystemPrinter>();
+  CurrentListHost().windows = std::make_shared<QtListWindows>();
 }
 
 }  // namespace kel

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QEventLoop>
 
-#include "common/error.h"
 #include "controls/top_window.h"
 #include "engine/frmPrint.h"
 #include "engine/frmStartPage.h"
@@ -12,16 +11,6 @@
 #include "setup/frmSetup.h"
 
 namespace kel {
-namespace {
-
-void RequireWindows() {
-  if (CanShowWindows()) return;
-  throw Error(error_number::kInvalidProcedureCall,
-              "no window can be shown: there is no screen, or this is not the thread of a Qt "
-              "application with widgets");
-}
-
-}  // namespace
 
 QtReportWindows::QtReportWindows() = default;
 
