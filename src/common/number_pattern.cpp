@@ -69,7 +69,7 @@ class NumberPattern::SectionParser {
       AddLiteral(reader_.Take());
     } else if (IsPlaceholder(reader_.Peek())) {
       AddPlace(reader_.Take() == '0');
-    } else if (reader_.Peek() == '.' && part_ == Part::kWhole) {
+    } else if (IsPoint()) {
       reader_.Take();
       EndWholePart();
       section_.steps.push_back({Kind::kPoint});
@@ -79,6 +79,13 @@ class NumberPattern::SectionParser {
       if (c == '%') section_.shift += 2;
       AddLiteral(c);
     }
+  }
+
+  // One beside no place is none: "Rs. 0.00".
+  bool IsPoint() const {
+    const std::string_view rest = reader_.Rest();
+    return part_ == Part::kWhole && rest[0] == '.' &&
+           (section_.whole_places > 0 || (rest.size() > 1 && IsPlaceholder(rest[1])));
   }
 
   void AddLiteral(char c) { AddLiteral(std::string_view(&c, 1)); }

@@ -1,12 +1,16 @@
 #include "data/sort_keys.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
+#include <utility>
 
 #include "data/folded_text.h"
+#include "data/threads.h"
 
 namespace kel {
 namespace {
@@ -59,59 +63,102 @@ double AsDouble(const ExactNumber& number, bool& is_exact) {
   return 0;
 }
 
+/// The keys of some numbers and dates, and what is known of them all.
+struct NumberKeys {
+  std::uint64_t KeyOf(const CellView& cell) {
+    if (cell.IsNull()) return kNullKey;
+    if (cell.kind == CellView::Kind::kBinary) return kBinaryKey;
+    const std::optional<ExactNumber> number = NumberOf(cell, domain);
+    all_are_integers &= number && number->kind == ExactNumber::Kind::kInteger;
+    return number ? OrderedBits(AsDouble(*number, all_are_exact)) : kTextKey;
+  }
+
+  CellDomain domain;
+  bool all_are_exact = true;
+  bool all_are_integers = true;
+};
+
+/// Calls `work(part, begin, end)` for parts of a list, in order and one for each thread.
+template <typename Work>
+void ForParts(std::size_t count, Work work) {
+  constexpr std::size_t kLeastPart = 16384;
+  const std::size_t parts = std::clamp<std::size_t>(count / kLeastPart, 1, MostThreads());
+  RunOnThreads(parts, [&](std::size_t /*thread*/, std::size_t part) {
+    work(part, count * part / parts, count * (part + 1) / parts);
+  });
+}
+
 }  // namespace
 
 SortKeys::SortKeys(const RowStore& store, const SortField& field, CellDomain domain,
                    std::span<const RowId> rows)
-    : domain_(domain), flip_(field.descending ? ~std::uint64_t{0} : 0) {
-  keys_.reserve(rows.size());
+    : domain_(domain), flip_(field.descending ? ~std::uint64_t{0} : 0), keys_(rows.size()) {
   if (domain == CellDomain::kText) {
-    AddTexts(store, field.column, rows);
+    MakeTextKeys(store, field.column, rows);
   } else {
-    AddNumbers(store, field.column, rows);
-    if (!numbers_are_exact_ && all_are_integers_) AddIntegers(store, field.column, rows);
+    MakeNumberKeys(store, field.column, rows);
   }
   for (std::uint64_t& key : keys_) key ^= flip_;
 }
 
-void SortKeys::AddNumbers(const RowStore& store, std::size_t column, std::span<const RowId> rows) {
-  for (const RowId row : rows) keys_.push_back(NumberKey(store.Cell(row, column)));
-}
-
-std::uint64_t SortKeys::NumberKey(const CellView& cell) {
-  if (cell.IsNull()) return kNullKey;
-  if (cell.kind == CellView::Kind::kBinary) return kBinaryKey;
-  const std::optional<ExactNumber> number = NumberOf(cell, domain_);
-  all_are_integers_ &= number && number->kind == ExactNumber::Kind::kInteger;
-  return number ? OrderedBits(AsDouble(*number, numbers_are_exact_)) : kTextKey;
+void SortKeys::MakeNumberKeys(const RowStore& store, std::size_t column,
+                              std::span<const RowId> rows) {
+  std::atomic<bool> all_are_exact = true;
+  std::atomic<bool> all_are_integers = true;
+  ForParts(rows.size(), [&](std::size_t /*part*/, std::size_t begin, std::size_t end) {
+    NumberKeys numbers{domain_};
+    for (std::size_t i = begin; i < end; ++i) keys_[i] = numbers.KeyOf(store.Cell(rows[i], column));
+    if (!numbers.all_are_exact) all_are_exact = false;
+    if (!numbers.all_are_integers) all_are_integers = false;
+  });
+  numbers_are_exact_ = all_are_exact;
+  if (!numbers_are_exact_ && all_are_integers) MakeIntegerKeys(store, column, rows);
 }
 
 /// All integers have keys of their own but the two least, of which that of Null is one.
-void SortKeys::AddIntegers(const RowStore& store, std::size_t column, std::span<const RowId> rows) {
-  keys_.clear();
-  numbers_are_exact_ = true;
-  for (const RowId row : rows) {
-    const CellView cell = store.Cell(row, column);
-    if (cell.IsNull()) {
-      keys_.push_back(kNullKey);
-      continue;
+void SortKeys::MakeIntegerKeys(const RowStore& store, std::size_t column,
+                               std::span<const RowId> rows) {
+  std::atomic<bool> all_are_exact = true;
+  ForParts(rows.size(), [&](std::size_t /*part*/, std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i) {
+      const CellView cell = store.Cell(rows[i], column);
+      if (cell.IsNull()) {
+        keys_[i] = kNullKey;
+        continue;
+      }
+      const std::int64_t integer = NumberOf(cell, domain_)->integer;
+      if (integer == std::numeric_limits<std::int64_t>::min()) all_are_exact = false;
+      keys_[i] = std::max<std::uint64_t>(static_cast<std::uint64_t>(integer) ^ kSignBit, 1);
     }
-    const std::int64_t integer = NumberOf(cell, domain_)->integer;
-    numbers_are_exact_ &= integer != std::numeric_limits<std::int64_t>::min();
-    keys_.push_back(std::max<std::uint64_t>(static_cast<std::uint64_t>(integer) ^ kSignBit, 1));
+  });
+  numbers_are_exact_ = all_are_exact;
+}
+
+void SortKeys::MakeTextKeys(const RowStore& store, std::size_t column,
+                            std::span<const RowId> rows) {
+  tail_ends_.resize(rows.size());
+  std::vector<std::string> tails(MostThreads());
+  std::vector<std::size_t> part_ends(tails.size());
+  ForParts(rows.size(), [&](std::size_t part, std::size_t begin, std::size_t end) {
+    std::string folded;
+    for (std::size_t i = begin; i < end; ++i) {
+      keys_[i] = TextKey(store.Cell(rows[i], column), folded, tails[part]);
+      tail_ends_[i] = tails[part].size();
+    }
+    part_ends[part] = end;
+  });
+  tails_ = std::move(tails[0]);
+  for (std::size_t part = 1; part < tails.size(); ++part) {
+    for (std::size_t i = part_ends[part - 1]; i < part_ends[part]; ++i) {
+      tail_ends_[i] += tails_.size();
+    }
+    tails_ += tails[part];
+    tails[part] = {};
   }
 }
 
-void SortKeys::AddTexts(const RowStore& store, std::size_t column, std::span<const RowId> rows) {
-  tail_ends_.reserve(rows.size());
-  std::string folded;
-  for (const RowId row : rows) {
-    keys_.push_back(TextKey(store.Cell(row, column), folded));
-    tail_ends_.push_back(tails_.size());
-  }
-}
-
-std::uint64_t SortKeys::TextKey(const CellView& cell, std::string& folded) {
+std::uint64_t SortKeys::TextKey(const CellView& cell, std::string& folded,
+                                std::string& tails) const {
   const CellRank rank = RankOf(cell, domain_);
   const std::uint64_t ranked = static_cast<std::uint64_t>(rank) << kRankShift;
   if (rank == CellRank::kNull) return kNullKey;
@@ -125,7 +172,7 @@ std::uint64_t SortKeys::TextKey(const CellView& cell, std::string& folded) {
   } else {
     folded = cell.bytes;
   }
-  if (folded.size() > kKeyBytes) tails_.append(folded, kKeyBytes);
+  if (folded.size() > kKeyBytes) tails.append(folded, kKeyBytes);
   return ranked | BytesKey(folded, kFirstBytesShift);
 }
 

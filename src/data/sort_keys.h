@@ -14,8 +14,9 @@
 
 namespace kel {
 
-/// A key for each row, by its place in the list that is sorted. Keys that are not equal stand as
-/// the cells do; of equal ones Decides tells whether the cells are equal, too.
+/// A key for each row, made on several threads where there are many, by its place in the list that
+/// is sorted. Keys that are not equal stand as the cells do; of equal ones Decides tells whether
+/// the cells are equal, too.
 ///
 /// Numbers and dates have the bits of their double. A text has its kind, its first seven bytes
 /// folded, and how many it has; its further bytes are the tail, in keys of seven bytes as well.
@@ -37,17 +38,15 @@ class SortKeys {
   void DropKeys() { keys_ = {}; }
 
  private:
-  void AddNumbers(const RowStore& store, std::size_t column, std::span<const RowId> rows);
-  void AddIntegers(const RowStore& store, std::size_t column, std::span<const RowId> rows);
-  void AddTexts(const RowStore& store, std::size_t column, std::span<const RowId> rows);
-  std::uint64_t NumberKey(const CellView& cell);
-  std::uint64_t TextKey(const CellView& cell, std::string& folded);
+  void MakeNumberKeys(const RowStore& store, std::size_t column, std::span<const RowId> rows);
+  void MakeIntegerKeys(const RowStore& store, std::size_t column, std::span<const RowId> rows);
+  void MakeTextKeys(const RowStore& store, std::size_t column, std::span<const RowId> rows);
+  std::uint64_t TextKey(const CellView& cell, std::string& folded, std::string& tails) const;
 
   CellDomain domain_;
   std::uint64_t flip_;  // all ones where the order is descending
   std::vector<std::uint64_t> keys_;
   bool numbers_are_exact_ = true;
-  bool all_are_integers_ = true;
   std::vector<std::size_t> tail_ends_;
   std::string tails_;
 };

@@ -106,13 +106,13 @@ TEST(RowSortTest, ManyRowsStandAsAPlainStableSortPutsThem) {
                     number);
   }
   RowStore store(kColumns.size());
-  for (int i = 0; i < 6000; ++i) store.Append(RandomRow(random, names));
+  for (int i = 0; i < 34'000; ++i) store.Append(RandomRow(random, names));
   std::vector<RowId> given(store.Rows() - 100);
   std::iota(given.begin(), given.end(), 50);
   std::shuffle(given.begin(), given.end(), random);
 
   for (const char* sort :
-       {"[Acc, Name]", "[Acc, Name] DESC, Number", "Code, [Acc, Name], Amount DESC", "Amount, Code",
+       {"[Acc, Name] DESC, Number", "[Acc, Name]", "Code, [Acc, Name], Amount DESC", "Amount, Code",
         "Number DESC, Rate", "Dt, Rate DESC, Code", "Rate"}) {
     const std::vector<SortField> fields = ParseSort(sort, kColumns);
     std::vector<RowId> expected = given;
@@ -128,6 +128,7 @@ TEST(RowSortTest, ManyRowsStandAsAPlainStableSortPutsThem) {
     std::vector<RowId> rows = given;
     SortRows(store, kColumns, fields, rows);
     EXPECT_TRUE(rows == expected) << sort;
+    given.resize(6000);  // the first sort had so many that several threads shared them
   }
 }
 
