@@ -197,7 +197,13 @@ std::string OptionEntries::Operation() const { return Selected(*lstOp_); }
 
 std::string OptionEntries::Value() const { return cmbValue_->currentText().toStdString(); }
 
-FindOption OptionEntries::Direction() const { return static_cast<FindOption>(opt_->checkedId()); }
+// An access key only presses its option; it is checked a moment later, and Enter may come first.
+FindOption OptionEntries::Direction() const {
+  const QList<QAbstractButton*> options = opt_->buttons();
+  const auto pressed = std::find_if(options.begin(), options.end(),
+                                    [](const QAbstractButton* option) { return option->isDown(); });
+  return static_cast<FindOption>(pressed == options.end() ? opt_->checkedId() : opt_->id(*pressed));
+}
 
 void OptionEntries::ShowValueBox() {
   const bool shown = Operation() != kIsNullOperation;

@@ -90,8 +90,8 @@ void ListModel::SortDescending(int first_selected, int last_selected, int curren
 
 void ListModel::HeadingClick(int first_selected, int last_selected, int current) {
   const bool descending = tag_ == kDescending;
+  tag_ = descending ? kAscending : kDescending;  // also when the sort is refused
   Sort(first_selected, last_selected, current, descending ? kDescending : kAscending);
-  tag_ = descending ? kAscending : kDescending;
 }
 
 void ListModel::Sort(int first_selected, int last_selected, int current,

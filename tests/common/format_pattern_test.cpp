@@ -218,7 +218,7 @@ TEST(FormatPatternTest, AValueOfAnotherKindIsConvertedWhenItCanBe) {
   EXPECT_EQ(Shown("dd/mmm", "5/3/2009") + Shown("dd/mmm", "39877"), "05/Mar39877");
   EXPECT_EQ(Shown("dd/mmm", 39877) + Shown("dd/mmm", 1e9), "05/Mar1000000000");
   EXPECT_EQ(Shown("0.00", Currency{12'500'050}) + Shown("dd/mm/yyyy", true), "1250.0129/12/1899");
-  EXPECT_EQ(Shown("Rs 0.00", 12.5) + Shown("Rs 0.00", "7"), "Rs 12.50Rs 7.00");
+  EXPECT_EQ(Shown("Rs. 0.00", 12.5) + Shown("Rs 0.00", "7"), "Rs. 12.50Rs 7.00");
   EXPECT_EQ(Shown("", -1.5) + Shown("", "x") + Shown("", true) + Shown("", Value::Null()),
             "-1.5xTrue");
   for (const double days : {0.0, 0.75, kFifthOfMarch, -1.25}) {

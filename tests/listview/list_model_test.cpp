@@ -84,8 +84,10 @@ TEST_F(ListTest, SortsByTheSelectedColumnsAndHeadingsSortInTurn) {
     model_.HeadingClick(0, 0, 3);
     EXPECT_EQ(records_->Sort(), direction);
   }
-  EXPECT_EQ(ErrorNumber([&] { model_.SortAscending(-1, -1, -1); }), 3265);
+  EXPECT_EQ(ErrorNumber([&] { model_.HeadingClick(-1, -1, -1); }), 3265);
   EXPECT_EQ(records_->Sort(), "[Id] ASC");
+  model_.HeadingClick(1, 1, 0);  // the refused click was one, too
+  EXPECT_EQ(records_->Sort(), "[Day] ASC");
 }
 
 TEST_F(ListTest, FindsInFourDirectionsAndLeavesTheBeginningButNotTheEnd) {

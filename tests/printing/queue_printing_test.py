@@ -4,7 +4,6 @@
     python3 tests/printing/queue_printing_test.py --keldll PATH [unittest arguments]
 """
 
-import argparse
 import csv
 import subprocess
 import sys
@@ -14,14 +13,15 @@ from pathlib import Path
 
 from cups_server import CupsServer
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+import keldll_command  # noqa: E402
+
 ROWS = 200
 FORM_FEED = "\f"
 LETTER = (612, 792)  # points
 REACHED = 18  # points from the paper's edge, as the queue's printer description says
 RESOLUTION = 72  # a pixel is a point
 SYSTEM = ("--set", "Mode=WINDOWS", "--set", "TopMargin=0", "--set", "Lines=60")
-
-keldll = None
 
 
 def ink(picture):
@@ -54,7 +54,7 @@ class QueuePrintingTest(unittest.TestCase):
 
     def report(self, *options, printer=None):
         chosen = ["--set", f"PrinterDevice={printer}"] if printer else []
-        return subprocess.run([str(keldll), "report", str(self.folder / "books.csv"), "--stamp", "now", *chosen, *options],
+        return subprocess.run([str(keldll_command.keldll), "report", str(self.folder / "books.csv"), "--stamp", "now", *chosen, *options],
                               env=self.environment, stdin=subprocess.DEVNULL, capture_output=True, text=True)
 
     def prints(self, *options, printer=None):
@@ -133,14 +133,5 @@ class QueuePrintingTest(unittest.TestCase):
         self.refuses("--set", "Port=queue:raw", said="raw")
 
 
-def main():
-    global keldll
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--keldll", metavar="PATH", type=Path, required=True, help="the command")
-    options, rest = parser.parse_known_args()
-    keldll = options.keldll.resolve(strict=True)
-    unittest.main(argv=[sys.argv[0], *rest])
-
-
 if __name__ == "__main__":
-    main()
+    keldll_command.main(__doc__)

@@ -4,15 +4,12 @@
     python3 tests/screen/browse_test.py --keldll PATH [unittest arguments]
 """
 
-import argparse
 import re
 import sqlite3
 import subprocess
-import sys
-import tempfile
-import unittest
 from pathlib import Path
 
+from screen_case import ScreenCase, keldll, keldll_command
 from x_server import XServer, wait_for
 
 MAKE_BOOKS = Path(__file__).resolve().parents[2] / "examples" / "ledger" / "make_books.py"
@@ -21,35 +18,19 @@ DAY_BOOK = "SELECT Credit AS [Credited amount], Debit AS [Debited amount], Numbe
 FIRST_HEADING = 30, 47  # pixels from the window's corner
 SALES = "[Type] = 'Sales'"
 
-keldll = None
 
-
-class BrowseTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.screen = XServer(self.folder)
-        self.addCleanup(self.screen.close)
-        self.environment = {**self.screen.environment, "KELDLL_HOME": str(self.folder / "home"),
-                            "XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_RUNTIME_DIR": str(self.folder)}
-
+class BrowseTest(ScreenCase):
     def make_books(self):
         books = self.folder / "books.db"
         subprocess.run([MAKE_BOOKS, books, "--entries", "600"], check=True, stdout=subprocess.DEVNULL)
         return books
 
     def browse(self, title, *words):
-        process = subprocess.Popen([str(keldll), "browse", *map(str, words)], env=self.environment,
+        process = subprocess.Popen([keldll(), "browse", *map(str, words)], env=self.environment,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         self.addCleanup(self.end, process)
         self.window = self.screen.window(title)
         return process
-
-    def end(self, process):
-        if process.poll() is None:
-            process.kill()
-        process.communicate()
 
     def close(self, process):
         self.screen.focus(self.window)
@@ -85,7 +66,7 @@ class BrowseTest(unittest.TestCase):
         return page_file.read_text().splitlines()
 
     def settings(self, *words):
-        return subprocess.run([str(keldll), "settings", *words], env=self.environment, check=True, text=True,
+        return subprocess.run([keldll(), "settings", *words], env=self.environment, check=True, text=True,
                               stdout=subprocess.PIPE).stdout.strip()
 
     def test_the_day_book_is_sorted_filtered_totalled_and_printed(self):
@@ -159,14 +140,5 @@ class BrowseTest(unittest.TestCase):
         self.close(process)
 
 
-def main():
-    global keldll
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--keldll", metavar="PATH", type=Path, required=True, help="the command")
-    options, rest = parser.parse_known_args()
-    keldll = options.keldll.resolve(strict=True)
-    unittest.main(argv=[sys.argv[0], *rest])
-
-
 if __name__ == "__main__":
-    main()
+    keldll_command.main(__doc__)

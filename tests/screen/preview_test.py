@@ -4,14 +4,10 @@
     python3 tests/screen/preview_test.py --keldll PATH [unittest arguments]
 """
 
-import argparse
 import json
 import subprocess
-import sys
-import tempfile
-import unittest
-from pathlib import Path
 
+from screen_case import ScreenCase, keldll, keldll_command
 from x_server import XServer, wait_for
 
 CAPTION = "Day Book of the Screen Test"
@@ -23,18 +19,10 @@ BELOW_TOOL_BAR = 120
 PAGE = (MARGIN, BELOW_TOOL_BAR, XServer.WIDTH - 2 * MARGIN, XServer.HEIGHT - BELOW_TOOL_BAR - MARGIN)
 PAPER = 0.2  # of the screen at least
 
-keldll = None
 
-
-class PreviewTest(unittest.TestCase):
+class PreviewTest(ScreenCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.screen = XServer(self.folder)
-        self.addCleanup(self.screen.close)
-        self.environment = {**self.screen.environment, "KELDLL_HOME": str(self.folder / "home"),
-                            "XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_RUNTIME_DIR": str(self.folder)}
+        super().setUp()
         self.report = self.folder / "demo.json"
         rows = [[str(row), NEEDLE if row == ROWS - 10 else f"Account {row}", f"{row}.00"] for row in range(1, ROWS)]
         self.report.write_text(json.dumps({
@@ -42,17 +30,12 @@ class PreviewTest(unittest.TestCase):
             "ColAlignment": [7, 1, 7], "CellFontBold": [[1, 1]]}))
 
     def open_preview(self, *options):
-        process = subprocess.Popen([str(keldll), "report", str(self.report), "--stamp", "now", "--preview", *options],
+        process = subprocess.Popen([keldll(), "report", str(self.report), "--stamp", "now", "--preview", *options],
                                    env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE, text=True)
         self.addCleanup(self.end, process)
         self.window = self.screen.window("Preview")
         return process
-
-    def end(self, process):
-        if process.poll() is None:
-            process.kill()
-        process.communicate()
 
     def close_preview(self, process):
         self.screen.focus(self.window)
@@ -83,7 +66,7 @@ class PreviewTest(unittest.TestCase):
         return color
 
     def settings(self, key):
-        return subprocess.run([str(keldll), "settings", "get", key], env=self.environment, check=True, text=True,
+        return subprocess.run([keldll(), "settings", "get", key], env=self.environment, check=True, text=True,
                               stdout=subprocess.PIPE).stdout.strip()
 
     def test_pages_zoom_and_search(self):
@@ -136,14 +119,5 @@ class PreviewTest(unittest.TestCase):
         self.close_preview(process)
 
 
-def main():
-    global keldll
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--keldll", metavar="PATH", type=Path, required=True, help="the command")
-    options, rest = parser.parse_known_args()
-    keldll = options.keldll.resolve(strict=True)
-    unittest.main(argv=[sys.argv[0], *rest])
-
-
 if __name__ == "__main__":
-    main()
+    keldll_command.main(__doc__)

@@ -122,15 +122,15 @@ TEST_F(FrmOptionTest, ASearchStaysOpenAndTellsWhatIsNotThere) {
   Enter("remarks", 0, "x");
   testing::SavePicture(dialog, "frmOption_find");
   constexpr int kBegin = -2;  // the place before the first record
-  const std::vector<std::tuple<const char*, int, std::size_t>> searches = {
-      {"opt0", 2, 0}, {"opt1", 5, 0}, {"opt1", 1, 1},  // beyond the end, so at the first record
-      {"opt3", 5, 1}, {"opt2", 2, 1}, {"opt2", kBegin, 2}};
+  const std::vector<std::tuple<Qt::Key, int, std::size_t>> searches = {
+      {Qt::Key_F, 2, 0}, {Qt::Key_N, 5, 0}, {Qt::Key_N, 1, 1},  // beyond the end: the first record
+      {Qt::Key_L, 5, 1}, {Qt::Key_P, 2, 1}, {Qt::Key_P, kBegin, 2}};
   for (const auto& [option, place, messages] : searches) {
-    QTest::mouseClick(&Child(dialog, option), Qt::LeftButton, {}, {8, 8});
-    Click("cmdOK");
+    QTest::keyClick(&dialog, option, Qt::AltModifier);
+    Press(Qt::Key_Return);
     EXPECT_EQ(std::tuple(records_->AbsolutePosition(), desktop_->messages.size()),
               std::tuple(place, messages))
-        << option;
+        << static_cast<char>(option);
     EXPECT_TRUE(dialog.isVisible());
   }
   const MessageRequest& message = desktop_->messages.back();
