@@ -24,7 +24,7 @@ std::optional<Error> FailureOf(const char* location, Operation operation) {
 
 }  // namespace
 
-CListView::CListView() {
+CListView::CListView() : list_(WatchedList()) {
   last_error_ = FailureOf("DLL.CListView", [] {
     PrepareTempFolder();
     SharedToolkit();  // at its making it empties the folder, too: not later, among a report's files
@@ -32,8 +32,10 @@ CListView::CListView() {
 }
 
 CListView::~CListView() {
-  CurrentList().rdset.reset();
-  CurrentList().cnn.reset();
+  const std::shared_ptr<ListSettings> list = list_.lock();
+  if (!list) return;
+  list->rdset.reset();
+  list->cnn.reset();
 }
 
 const std::string& CListView::Caption() const { return CurrentList().caption; }

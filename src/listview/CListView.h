@@ -15,6 +15,8 @@
 
 namespace kel {
 
+struct ListSettings;
+
 /// A window over the rows of a recordset: scrolling, sorting, filtering, finding, in-cell editing,
 /// totals, printing.
 ///
@@ -89,6 +91,7 @@ class CListView {
   const std::optional<Error>& LastError() const { return last_error_; }
 
  private:
+  std::weak_ptr<ListSettings> list_;  // of the thread that made it
   std::optional<Error> last_error_;
 };
 

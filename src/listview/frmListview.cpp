@@ -153,6 +153,7 @@ void frmListview::LoadSlice() {
 
 void frmListview::FollowRecords(RecordsetNews news) {
   if (scanning_) return;
+  if (news.rows) model_.LoadAnew();
   grid_->Follow(news);
   if (!acting_) TakeOtherColumns();
   ShowPosition();

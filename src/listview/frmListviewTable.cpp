@@ -251,10 +251,10 @@ void ListTable::mouseDoubleClickEvent(QMouseEvent* event) {
 void ListTable::wheelEvent(QWheelEvent* event) {
   const QPoint turned = event->angleDelta();
   if (std::abs(turned.x()) > std::abs(turned.y())) return QTableView::wheelEvent(event);
-  const int per_row = QWheelEvent::DefaultDeltasPerStep / QApplication::wheelScrollLines();
-  wheel_ += turned.y();
-  const int rows = wheel_ / per_row;
-  wheel_ -= rows * per_row;
+  const int lines = std::clamp(QApplication::wheelScrollLines(), 1, WholeRows());
+  wheel_ += turned.y() * lines;
+  const int rows = wheel_ / QWheelEvent::DefaultDeltasPerStep;
+  wheel_ -= rows * QWheelEvent::DefaultDeltasPerStep;
   if (rows != 0) emit Wheeled(-rows);
   event->accept();
 }

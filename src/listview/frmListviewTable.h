@@ -85,7 +85,7 @@ class ListTable : public QTableView {
   ListHeader* headings_;
   RowMarks* marks_;
   int current_column_ = 0;
-  int wheel_ = 0;  // eighths of a degree that have not made a row yet
+  int wheel_ = 0;  // rows times DefaultDeltasPerStep that have not made a whole row yet
 };
 
 }  // namespace kel

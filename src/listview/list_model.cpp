@@ -1,6 +1,7 @@
 #include "listview/list_model.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include "common/error.h"
@@ -46,8 +47,11 @@ Recordset& ListModel::Required() const {
 }
 
 std::int64_t ListModel::Rows() const {
-  const bool open = records_ && records_->State() == ObjectState::kOpen;
-  return open ? records_->RowsSeen() : 0;
+  try {
+    return records_ ? records_->RowsSeen() : 0;
+  } catch (const Error&) {
+    return 0;  // closed, or opened anew to go forward only
+  }
 }
 
 bool ListModel::IsLoading() const {
@@ -142,13 +146,14 @@ void ListModel::Refresh() {
   }
   load_failed_ = false;
   caption_ = settings_.caption;
+  if (&records != records_.get()) return;  // the grid has the columns of another one
   // The table may have got other fields meanwhile.
   if (static_cast<int>(columns_.size()) != records.FieldCount()) columns_ = MakeColumns(records);
   RefreshColumns(settings_, records, columns_);
 }
 
 bool ListModel::MayTotal(int column) const {
-  switch (Required().Field(column).type) {
+  switch (columns_[static_cast<std::size_t>(column)].type) {
     case FieldType::kSmallInt:
     case FieldType::kInteger:
     case FieldType::kDouble:
@@ -178,12 +183,16 @@ void ListModel::PrintPreview() {
 
 /// The job that the list is a prepared report of now; null when reading on was stopped.
 std::shared_ptr<CPrint> ListModel::WriteReport() {
-  Recordset& records = Required();
+  Required();
+  // Kept, whatever the program sets while it is let work on.
+  const std::shared_ptr<Recordset> records = settings_.rdset;
   std::shared_ptr<CPrint> print = settings_.pg;
   if (!print) throw ObjectNotSet();
   if (!LoadAll()) return nullptr;
   const Hourglass hourglass;
-  WriteListReport(records, columns_, caption_, settings_.col_sums, *print);
+  // Those of a recordset that is not the one on show; after a failure that is told again.
+  if (records->RecordCount() < 0) records->Fetch(std::numeric_limits<std::int64_t>::max());
+  WriteListReport(*records, columns_, caption_, settings_.col_sums, *print);
   return print;
 }
 

@@ -57,6 +57,8 @@ class ListModel {
   /// Reads further rows for about that long. Throws Error when the database fails; the rows read
   /// before stay, and IsLoading is false from then on.
   void Load(std::chrono::milliseconds time);
+  /// Other rows are there than those whose reading failed.
+  void LoadAnew() noexcept { load_failed_ = false; }
   /// A cell of the row that is seen at `row`, from 0, as the grid shows it: appended to `text`.
   void AppendText(std::int64_t row, int column, std::string& text) const;
 

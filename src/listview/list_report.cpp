@@ -25,17 +25,26 @@ constexpr std::int32_t kHeadingRow = 0;
 
 /// The list as rows of a report: row 0 are the captions, row n is record n, and the row behind the
 /// last record has the totals.
-class ListReportGrid : public GridSource {
+///
+/// The wait window lets the program work on. When that changes which rows there are the report
+/// fails: it would have some of each.
+class ListReportGrid : public GridSource, private RecordsetEvents {
  public:
-  ListReportGrid(const Recordset& records, std::span<const ListColumn> columns,
+  ListReportGrid(Recordset& records, std::span<const ListColumn> columns,
                  std::span<const Cells> widths, std::string caption)
       : records_(records),
         columns_(columns),
         widths_(widths),
         caption_(std::move(caption)),
-        texts_(columns.size()) {}
+        texts_(columns.size()),
+        last_row_(static_cast<std::int32_t>(records.RowsSeen()) + 1) {
+    records_.AddEvents(*this);
+  }
+  ~ListReportGrid() override { records_.RemoveEvents(*this); }
+  ListReportGrid(const ListReportGrid&) = delete;
+  ListReportGrid& operator=(const ListReportGrid&) = delete;
 
-  std::int32_t LastRow() override { return static_cast<std::int32_t>(records_.RowsSeen()) + 1; }
+  std::int32_t LastRow() override { return last_row_; }
   std::int32_t LastCol() override { return static_cast<std::int32_t>(columns_.size()) - 1; }
   std::string Caption() override { return caption_; }
   void SetVisible(bool /*visible*/) override {}
@@ -56,18 +65,23 @@ class ListReportGrid : public GridSource {
   void Total(std::string_view col_sums);
 
  private:
+  void RecordsetChangeComplete() override { other_rows_ = true; }
+  void RequireSameRows() const;
   void ReadCell(std::int64_t record, std::size_t column);
   void ReadTotals();
 
-  const Recordset& records_;
+  Recordset& records_;
   std::span<const ListColumn> columns_;
   std::span<const Cells> widths_;
   std::string caption_;
   std::vector<std::string> texts_;  // of the current row, by column
   std::vector<std::pair<std::size_t, DecimalSum>> sums_;
+  std::int32_t last_row_;
+  bool other_rows_ = false;
 };
 
 bool ListReportGrid::SetRow(std::int32_t row) {
+  RequireSameRows();
   for (std::string& text : texts_) text.clear();
   if (row == LastRow()) {
     ReadTotals();
@@ -88,6 +102,12 @@ bool ListReportGrid::SetRow(std::int32_t row) {
   return true;
 }
 
+void ListReportGrid::RequireSameRows() const {
+  if (!other_rows_ && records_.RowsSeen() + 1 >= last_row_) return;
+  throw Error(error_number::kInvalidProcedureCall,
+              "the records were changed while they were printed");
+}
+
 void ListReportGrid::ReadCell(std::int64_t record, std::size_t column) {
   AppendCellText(columns_[column], records_.CellSeen(record, static_cast<int>(column)),
                  texts_[column]);
@@ -95,6 +115,7 @@ void ListReportGrid::ReadCell(std::int64_t record, std::size_t column) {
 
 void ListReportGrid::ReadTotals() {
   for (const auto& [column, sum] : sums_) {
+    if (!IsNumericType(columns_[column].type)) continue;  // nothing that could be added
     columns_[column].format.AppendNumber(sum.Text(), texts_[column]);
   }
 }
@@ -234,7 +255,7 @@ void WriteListReport(Recordset& records, std::span<const ListColumn> columns,
   const WaitScope wait("Preparing Pages...", 0, grid.LastRow() - 1);
   const auto write_pages = [&](PageFileWriter& writer) {
     ListLayout layout(grid, widths, settings, line_width, texts, first_page, writer);
-    const PageNumber last = layout.Run(!col_sums.empty(), wait);
+    const PageNumber last = layout.Run(!col_sums.empty() && records.RowsSeen() > 0, wait);
     writer.Finish();
     return last;
   };

@@ -3,14 +3,18 @@
 namespace kel {
 namespace {
 
+const std::shared_ptr<ListSettings>& ThreadsList() {
+  thread_local const auto settings = std::make_shared<ListSettings>();
+  return settings;
+}
+
 std::string ItemOf(int column) { return ";" + std::to_string(column) + ";"; }
 
 }  // namespace
 
-ListSettings& CurrentList() {
-  thread_local ListSettings settings;
-  return settings;
-}
+ListSettings& CurrentList() { return *ThreadsList(); }
+
+std::weak_ptr<ListSettings> WatchedList() { return ThreadsList(); }
 
 bool NamesColumn(std::string_view list, int column) {
   return list.find(ItemOf(column)) != std::string_view::npos;

@@ -26,6 +26,8 @@ struct ListSettings {
 
 /// The set of the calling thread.
 ListSettings& CurrentList();
+/// The same for what may outlive the thread's own objects, as a static object does.
+std::weak_ptr<ListSettings> WatchedList();
 
 /// Whether a column list (";0;3;", as the window makes it also ";0;;3;") names a column: whether it
 /// has ";" + column + ";".

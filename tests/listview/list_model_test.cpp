@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
+#include <thread>
 #include <utility>
 
 #include "list_fixture.h"
@@ -213,6 +215,10 @@ TEST_F(ListTest, ObjectsShareTheirPropertiesButTheAlignment) {
     EXPECT_EQ(first.ColSums(), Value("5"));
     EXPECT_EQ(first.RDSet(), records_);
     EXPECT_EQ(first.SelectedRow(), "");
+    std::unique_ptr<CListView> elsewhere;
+    std::thread([&] { elsewhere = std::make_unique<CListView>(); }).join();
+    elsewhere.reset();  // after its thread, as a static object
+    EXPECT_EQ(first.RDSet(), records_);
     CurrentListHost() = no_screen;
     first.ShowListView();
     ASSERT_TRUE(first.LastError());

@@ -112,10 +112,39 @@ TEST_F(ListReportTest, PrintsAllRecordsOnEquallyLongPages) {
 
 TEST_F(ListReportTest, AnEmptyRecordsetGivesHeadingsAndTheEnd) {
   model_.ApplyFilter("[Id] = 0");
-  const std::string text = Report({3, 10, 6, 10, 5, 12});
+  const std::string text = Report({3, 10, 6, 10, 5, 12}, ";0;");
+  EXPECT_EQ(text.find(" 0\n"), std::string::npos) << "no totals of nothing";
   EXPECT_NE(text.find("Remarks\n"), std::string::npos);
   EXPECT_NE(text.find("End Of Report.\n"), std::string::npos);
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 21);
+}
+
+TEST_F(ListReportTest, HasAllRowsOfOneStateOrFails) {
+  // Of a recordset that is not on show nothing was read on.
+  const auto other = std::make_shared<Recordset>();
+  other->FetchesInSlices(true);
+  other->Open("SELECT * FROM DayBook", *CurrentList().cnn, CursorType::kKeyset);
+  CurrentList().rdset = other;
+  CurrentList().pg = print_;
+  for (ListColumn& column : model_.Columns()) column.width = 1200;
+  model_.Print();
+  EXPECT_EQ(other->RecordCount(), 5);
+  const std::string before = ReadFile(print_->GetKelFile());
+  EXPECT_NE(before.find("2026-12-31"), std::string::npos) << before;
+
+  for (const std::string_view change : {"close", "requery", "sort"}) {
+    desktop_->on_call = [&](std::string_view call) {
+      if (call.substr(0, 4) != "step" || other->State() == ObjectState::kClosed) return;
+      if (change == "sort") other->Sort("[Id] DESC");
+      if (change == "requery") other->Requery();
+      if (change == "close") other->Close();
+    };
+    EXPECT_EQ(ErrorNumber([&] { model_.Print(); }), 5) << change;
+    desktop_->on_call = nullptr;
+    if (change == "close")
+      other->Open("SELECT * FROM DayBook", *CurrentList().cnn, CursorType::kKeyset);
+    EXPECT_EQ(ReadFile(print_->GetKelFile()), before) << change;
+  }
 }
 
 TEST_F(ListReportTest, WhatCannotBePrintedLeavesTheReportFromBefore) {

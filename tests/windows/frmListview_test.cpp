@@ -359,6 +359,33 @@ TEST_F(ListviewTest, TheGridFollowsWhatTheProgramDoesToTheRecordset) {
   EXPECT_EQ(Cell(0, 0), "Account " + QString::number(7 * 7919 % 20011));
 }
 
+TEST_F(ListviewTest, TheWindowBearsWhatTheProgramTakesAway) {
+  ShowAll();
+  QApplication::setWheelScrollLines(500);  // a page at a time
+  QWheelEvent turn({50, 50}, Grid().viewport()->mapToGlobal(QPointF(50, 50)), {}, {0, -120}, {}, {},
+                   Qt::NoScrollPhase, false);
+  QApplication::sendEvent(Grid().viewport(), &turn);
+  EXPECT_EQ(Bar().value(), Bar().pageStep());
+
+  list_.RDSet(nullptr);
+  bool total_offered = false;
+  QTimer::singleShot(0, Window(), [&] {
+    total_offered = Item("mnuPrintColumnTotal").isVisible();
+    if (QApplication::activePopupWidget() != nullptr) QApplication::activePopupWidget()->close();
+  });
+  QTest::mouseClick(Grid().viewport(), Qt::RightButton, {}, CellPlace(0, 2));
+  EXPECT_TRUE(total_offered);
+  list_.RDSet(records_);
+
+  records_->Close();
+  records_->Open("SELECT * FROM Ledger", *connection_, CursorType::kForwardOnly);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop_->messages.empty(); }));
+  EXPECT_EQ(Grid().model()->rowCount(), 0);
+  records_->Close();
+  OpenRecords("SELECT * FROM Ledger");  // is read on, although the one before could not be
+  EXPECT_TRUE(QTest::qWaitFor([] { return Position() == "Record 1 of 20,000"; }));
+}
+
 TEST_F(ListviewTest, AFailureWhileLoadingIsToldOnceAndKeepsTheRowsThatAreThere) {
   records_->Close();
   OpenRecords(
