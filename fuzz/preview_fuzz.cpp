@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "fuzz_file.h"
 #include "common/case_folding.h"
+#include "fuzz_file.h"
 #include "preview/page_model.h"
 #include "preview/page_search.h"
 #include "support/naive_search.h"

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "common/decimal_text.h"
+#include "common/error.h"
 #include "data/field_value.h"
 #include "listview/list_model.h"
 #include "listview/list_model_p.h"
@@ -41,7 +42,10 @@ void ListModel::Enter(int column, std::string_view typed) {
   if (typed == EntryText(column)) return;
   const std::shared_ptr<Recordset> records = records_;
   const Value value = TypedValue(typed, records->Field(column).type);
-  if (!LoadAll()) return;
+  if (!LoadAll()) {
+    throw Error(error_number::kInvalidProcedureCall,
+                "The cell is not changed: the reading of the records was stopped.");
+  }
   try {
     records->SetFieldValue(column, value);
     records->Update();

@@ -68,7 +68,7 @@ class ListModel {
   std::string EntryText(int column) const;
   /// Puts what was typed into the current record and writes that to the database. An empty text is
   /// Null in a field that holds no text. Throws Error when it is no value of the field's type or
-  /// the database refuses it; the old value stays.
+  /// the database refuses it, and 5 when reading on was stopped; the old value stays.
   void Enter(int column, std::string_view typed);
 
   // The menu.

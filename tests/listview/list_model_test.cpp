@@ -162,6 +162,7 @@ TEST_F(ListTest, StopWhileRowsAreStillReadLeavesEverythingAsItIs) {
   model_.MoveLast();
   EXPECT_FALSE(model_.ApplyFilter("[Rest] = 1"));
   EXPECT_EQ(model_.Find("[Rest] = 1", FindOption::kLast), ListModel::Found::kStopped);
+  EXPECT_EQ(ErrorNumber([&] { model_.Enter(1, "5"); }), 5);
   EXPECT_EQ(records_->Sort() + records_->Filter().ToText() + Current(), "1");
   EXPECT_TRUE(model_.IsLoading());
   EXPECT_EQ(model_.TotalRecordsText().substr(0, 26), "Total number of Records : ");
