@@ -282,4 +282,5 @@ def main():
           f"{least} (at most 1.3)")
 
 
-main()
+if __name__ == "__main__":
+    main()
