@@ -16,6 +16,11 @@ constexpr std::size_t kFewKeys = 512;
 // From so many rows on they are dealt out into so many buckets.
 constexpr std::size_t kManyRows = 32768;
 constexpr unsigned kBucketBits = 11;
+constexpr std::size_t kBuckets = std::size_t{1} << kBucketBits;
+
+// So many entries before it is needed memory is asked for: where a tail stands, and the tail.
+constexpr std::size_t kTailPlaceAhead = 48;
+constexpr std::size_t kTailAhead = 24;
 
 }  // namespace
 
@@ -30,46 +35,65 @@ bool RowSorter::Precedes(const Entry& left, const Entry& right) noexcept {
 }
 
 void RowSorter::Sort() {
-  TakeRows();
-  const std::vector<std::size_t> ends = DealOut();
+  const std::vector<std::size_t> ends = TakeRows();
+  keys_[0]->DropKeys();
   std::vector<Work> work(MostThreads());
   RunOnThreads(ends.size(), [&](std::size_t thread, std::size_t i) {
     SortBucket(i == 0 ? 0 : ends[i - 1], ends[i], work[thread]);
   });
-  std::transform(entries_.begin(), entries_.end(), rows_.begin(),
+  std::transform(entries_.get(), entries_.get() + rows_.size(), rows_.begin(),
                  [](const Entry& entry) { return entry.row; });
 }
 
-void RowSorter::TakeRows() {
+/// Makes the entries. The result is where the buckets end that they lie in.
+std::vector<std::size_t> RowSorter::TakeRows() {
   const SortKeys& keys = KeysOf(0);
-  entries_.reserve(rows_.size());
-  for (std::size_t i = 0; i < rows_.size(); ++i) {
-    entries_.push_back({keys.KeyAt(i, 0), rows_[i], static_cast<std::uint32_t>(i)});
+  entries_ = std::make_unique_for_overwrite<Entry[]>(rows_.size());
+  bool in_order = true;
+  for (std::size_t i = 1; i < rows_.size() && in_order; ++i) {
+    in_order = keys.KeyAt(i - 1, 0) <= keys.KeyAt(i, 0);
   }
-  keys_[0]->DropKeys();
+  if (rows_.size() >= kManyRows && !in_order) return DealOut(keys);
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    entries_[i] = {keys.KeyAt(i, 0), rows_[i], static_cast<std::uint32_t>(i)};
+  }
+  return {rows_.size()};
 }
 
 /// Puts the entries into buckets by the first bits in which their keys differ; those of a bucket
-/// keep their order. The result is where the buckets end.
-std::vector<std::size_t> RowSorter::DealOut() {
-  const bool in_order = std::is_sorted(entries_.begin(), entries_.end(), Precedes);
-  if (entries_.size() < kManyRows || in_order) return {entries_.size()};
+/// keep their order.
+std::vector<std::size_t> RowSorter::DealOut(const SortKeys& keys) {
+  const std::size_t rows = rows_.size();
   std::uint64_t differing = 0;
-  for (const Entry& entry : entries_) differing |= entry.key ^ entries_.front().key;
+  for (std::size_t i = 1; i < rows; ++i) differing |= keys.KeyAt(i, 0) ^ keys.KeyAt(0, 0);
   const auto bits = static_cast<unsigned>(std::bit_width(differing));
   const unsigned shift = bits > kBucketBits ? bits - kBucketBits : 0;
-  const auto bucket_of = [shift](const Entry& entry) {
-    return static_cast<std::size_t>(entry.key >> shift & ((1U << kBucketBits) - 1));
+  const auto bucket_of = [shift](std::uint64_t key) {
+    return static_cast<std::size_t>(key >> shift & (kBuckets - 1));
   };
 
-  std::vector<std::size_t> places(std::size_t{1} << kBucketBits);
-  for (const Entry& entry : entries_) ++places[bucket_of(entry)];
+  // Each part of the rows has places of its own in each bucket, behind those of the parts before.
+  const std::size_t parts = MostThreads();
+  const auto begin_of = [&](std::size_t part) { return rows * part / parts; };
+  std::vector<std::vector<std::size_t>> places(parts, std::vector<std::size_t>(kBuckets));
+  RunOnThreads(parts, [&](std::size_t /*thread*/, std::size_t part) {
+    for (std::size_t i = begin_of(part); i < begin_of(part + 1); ++i) {
+      ++places[part][bucket_of(keys.KeyAt(i, 0))];
+    }
+  });
+  std::vector<std::size_t> ends(kBuckets);
   std::size_t place = 0;
-  for (std::size_t& bucket : places) place += std::exchange(bucket, place);
-  std::vector<Entry> dealt(entries_.size());
-  for (const Entry& entry : entries_) dealt[places[bucket_of(entry)]++] = entry;
-  entries_ = std::move(dealt);
-  return places;
+  for (std::size_t bucket = 0; bucket < kBuckets; ++bucket) {
+    for (std::vector<std::size_t>& part : places) place += std::exchange(part[bucket], place);
+    ends[bucket] = place;
+  }
+  RunOnThreads(parts, [&](std::size_t /*thread*/, std::size_t part) {
+    for (std::size_t i = begin_of(part); i < begin_of(part + 1); ++i) {
+      const std::uint64_t key = keys.KeyAt(i, 0);
+      entries_[places[part][bucket_of(key)]++] = {key, rows_[i], static_cast<std::uint32_t>(i)};
+    }
+  });
+  return ends;
 }
 
 void RowSorter::SortBucket(std::size_t begin, std::size_t end, Work& work) {
@@ -101,8 +125,8 @@ void RowSorter::SortRun(const Run& run, Work& work) {
 
 /// Sorts a run by its keys; what is equal then is left to SortEqualsOf.
 void RowSorter::SortByKeys(const Run& run, Work& work) {
-  const auto begin = entries_.begin() + static_cast<std::ptrdiff_t>(run.begin);
-  const auto end = entries_.begin() + static_cast<std::ptrdiff_t>(run.end);
+  Entry* const begin = entries_.get() + run.begin;
+  Entry* const end = entries_.get() + run.end;
   work.runs.push_back(run);
   // Entries of equal keys stand in the order of their places already.
   if (std::is_sorted(begin, end, Precedes)) return;
@@ -119,7 +143,7 @@ void RowSorter::SortByDigits(std::size_t begin, std::size_t end, Work& work) {
   constexpr std::size_t kValues = 256;
   const std::size_t count = end - begin;
   work.other_entries.resize(std::max(work.other_entries.size(), count));
-  Entry* from = entries_.data() + begin;
+  Entry* from = entries_.get() + begin;
   Entry* to = work.other_entries.data();
   const auto value_at = [](const Entry& entry, std::size_t digit) {
     return static_cast<std::size_t>(entry.key >> (8 * digit) & 0xFFU);
@@ -137,16 +161,28 @@ void RowSorter::SortByDigits(std::size_t begin, std::size_t end, Work& work) {
     for (std::size_t i = 0; i < count; ++i) to[places[value_at(from[i], digit)]++] = from[i];
     std::swap(from, to);
   }
-  if (from != entries_.data() + begin) std::copy_n(from, count, to);
+  if (from != entries_.get() + begin) std::copy_n(from, count, to);
 }
 
 void RowSorter::SortEqualsOf(const Run& run, Work& work) {
-  for (std::size_t begin = run.begin; begin < run.end;) {
-    std::size_t end = begin + 1;
-    while (end < run.end && entries_[end].key == entries_[begin].key) ++end;
+  const SortKeys& keys = *keys_[run.field];
+  std::size_t end = run.begin;
+  for (std::size_t begin = run.begin; begin < run.end; begin = end) {
+    do {
+      // Tails lie anywhere in memory.
+      const std::size_t place_ahead = end + kTailPlaceAhead;
+      const std::size_t ahead = end + kTailAhead;
+      if (HasEqualBeside(place_ahead, run)) keys.FetchTailPlace(entries_[place_ahead].place);
+      if (HasEqualBeside(ahead, run)) keys.FetchTail(entries_[ahead].place);
+      ++end;
+    } while (end < run.end && entries_[end].key == entries_[begin].key);
     if (end - begin > 1) SortEquals({begin, end, run.field, run.level}, work);
-    begin = end;
   }
+}
+
+bool RowSorter::HasEqualBeside(std::size_t i, const Run& run) const noexcept {
+  return i + 1 < run.end &&
+         (entries_[i].key == entries_[i - 1].key || entries_[i].key == entries_[i + 1].key);
 }
 
 /// Sorts a run whose entries have equal keys by what comes behind these.
@@ -172,8 +208,7 @@ void RowSorter::SortByComparing(const Run& run, bool is_decided, bool has_tail) 
     if (order == 0) order = CompareFields(first_field, left, right);
     return order != 0 ? order < 0 : left.place < right.place;
   };
-  std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(run.begin),
-            entries_.begin() + static_cast<std::ptrdiff_t>(run.end), precedes);
+  std::sort(entries_.get() + run.begin, entries_.get() + run.end, precedes);
 }
 
 int RowSorter::CompareTails(const Run& run, const Entry& left, const Entry& right) const noexcept {

@@ -48,14 +48,15 @@ class RowSorter {
 
   static bool Precedes(const Entry& left, const Entry& right) noexcept;
 
-  void TakeRows();
-  std::vector<std::size_t> DealOut();
+  std::vector<std::size_t> TakeRows();
+  std::vector<std::size_t> DealOut(const SortKeys& keys);
   void SortBucket(std::size_t begin, std::size_t end, Work& work);
   const SortKeys& KeysOf(std::size_t field);
   void SortRun(const Run& run, Work& work);
   void SortByKeys(const Run& run, Work& work);
   void SortByDigits(std::size_t begin, std::size_t end, Work& work);
   void SortEqualsOf(const Run& run, Work& work);
+  bool HasEqualBeside(std::size_t i, const Run& run) const noexcept;
   void SortEquals(const Run& run, Work& work);
   void SortByComparing(const Run& run, bool is_decided, bool has_tail);
   int CompareTails(const Run& run, const Entry& left, const Entry& right) const noexcept;
@@ -67,7 +68,7 @@ class RowSorter {
   std::vector<CellDomain> domains_;
   std::mutex making_keys_;
   std::vector<std::unique_ptr<SortKeys>> keys_;  // by field, made when first asked for
-  std::vector<Entry> entries_;
+  std::unique_ptr<Entry[]> entries_;             // as many as there are rows
 };
 
 }  // namespace kel

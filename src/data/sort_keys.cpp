@@ -63,6 +63,12 @@ double AsDouble(const ExactNumber& number, bool& is_exact) {
   return 0;
 }
 
+void Prefetch([[maybe_unused]] const void* address) noexcept {
+#ifdef __GNUC__
+  __builtin_prefetch(address);
+#endif
+}
+
 /// The keys of some numbers and dates, and what is known of them all.
 struct NumberKeys {
   std::uint64_t KeyOf(const CellView& cell) {
@@ -194,6 +200,15 @@ bool SortKeys::Decides(std::uint64_t key, std::size_t level) const noexcept {
 bool SortKeys::HasTail(std::uint64_t key, std::size_t level) const noexcept {
   const auto rank = static_cast<CellRank>((key ^ flip_) >> kRankShift);
   return level > 0 || (domain_ == CellDomain::kText && rank >= CellRank::kText);
+}
+
+void SortKeys::FetchTailPlace(std::size_t place) const noexcept {
+  if (!tail_ends_.empty()) Prefetch(&tail_ends_[place]);
+}
+
+void SortKeys::FetchTail(std::size_t place) const noexcept {
+  if (tail_ends_.empty()) return;
+  Prefetch(tails_.data() + (place == 0 ? 0 : tail_ends_[place - 1]));
 }
 
 std::string_view SortKeys::TailBehind(std::size_t place, std::size_t level) const noexcept {

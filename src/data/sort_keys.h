@@ -34,6 +34,11 @@ class SortKeys {
   /// What no key up to `level` holds.
   std::string_view TailBehind(std::size_t place, std::size_t level) const noexcept;
 
+  /// Brings what TailBehind looks at near, without waiting for it: first where the tail of a row
+  /// stands, a while later the tail itself.
+  void FetchTailPlace(std::size_t place) const noexcept;
+  void FetchTail(std::size_t place) const noexcept;
+
   /// Keys are not asked for any more, tails are.
   void DropKeys() { keys_ = {}; }
 
