@@ -120,7 +120,7 @@ void frmListview::BindColumns() {
 
 void frmListview::LoadFirstScreen() {
   try {
-    for (int i = 0; i < kSlicesAtFirst && IsLoading() && model_.Rows() < kRowsAtFirst; ++i) {
+    for (int i = 0; i < kSlicesAtFirst && model_.IsLoading() && model_.Rows() < kRowsAtFirst; ++i) {
       model_.Load(kSlice);
     }
   } catch (...) {
@@ -128,13 +128,8 @@ void frmListview::LoadFirstScreen() {
   }
 }
 
-bool frmListview::IsLoading() const {
-  const Recordset* const records = model_.Records();
-  return records != nullptr && records->State() == ObjectState::kOpen && model_.IsLoading();
-}
-
 void frmListview::ContinueLoading() {
-  if (IsLoading()) {
+  if (model_.IsLoading()) {
     loader_.start(0);  // whenever nothing else is to be done
   } else {
     loader_.stop();
@@ -144,7 +139,7 @@ void frmListview::ContinueLoading() {
 void frmListview::LoadSlice() {
   if (acting_ || scanning_) return;
   try {
-    if (IsLoading()) model_.Load(kSlice);
+    if (model_.IsLoading()) model_.Load(kSlice);
   } catch (...) {
     TellLater(CaughtFailure());
   }
@@ -184,7 +179,7 @@ void frmListview::ShowPosition() {
   QString position = row >= 0 && row < rows
                          ? QStringLiteral("Record %1 of %2").arg(Counted(row + 1), Counted(rows))
                          : QStringLiteral("%1 records").arg(Counted(rows));
-  if (IsLoading()) position += QStringLiteral(" so far...");
+  if (model_.IsLoading()) position += QStringLiteral(" so far...");
   toolbar_->ShowPosition(position);
 }
 

@@ -62,7 +62,6 @@ class frmListview : public QWidget {
   void LoadFirstScreen();
   void LoadSlice();
   void ContinueLoading();
-  bool IsLoading() const;
 
   void Act(const std::function<void()>& action) noexcept;
   void Perform(ListCommand command);
