@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words|preview|search|pdf|spool|recordset|toolkit|browse]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search|pdf|sheet|spool|recordset|toolkit|browse]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +8,7 @@ here="$root/benchmarks"
 "$root/scripts/setup.sh"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
-cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark \
+cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark sheet_benchmark \
   spool_benchmark recordset_benchmark toolkit_benchmark browse_benchmark
 build="$root/build/release"
 
@@ -100,6 +100,13 @@ pdf_benchmark() {
   rm "$work"/*.pdf "$work/r.rpt"
 }
 
+sheet_benchmark() {
+  local rows
+  "$build/benchmarks/sheet_benchmark" speed "$work" 1000000
+  for rows in 100000 1000000; do "$build/benchmarks/sheet_benchmark" memory "$work" "$rows"; done
+  rm "$work"/*.xlsx "$work/r.rpt"
+}
+
 spool_benchmark() {
   mkdir "$work/spool"
   KELDLL_SPOOL="$build/keldll-spool" "$build/benchmarks/spool_benchmark" 10000 "$work/spool"
@@ -134,6 +141,6 @@ browse_benchmark() {
   rm -r "$work/tables"
 }
 
-for name in "${@:-report layout words preview search pdf spool recordset toolkit browse}"; do
+for name in "${@:-report layout words preview search pdf sheet spool recordset toolkit browse}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

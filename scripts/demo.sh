@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the keldll command, makes a trading firm's books and lays four reports of them out into demo-output/. It prints the
-# invoice in both modes, into files in the printer's place. Then it opens one report in the preview and the day book in the
+# invoice in both modes, into files in the printer's place, and makes a document and sheets of the trial balance. Then it opens one report in the preview and the day book in the
 # list window or, without a display, draws a picture of every window.
 set -euo pipefail
 
@@ -39,6 +39,16 @@ mkdir -p "$out/pictures"
 for pages in invoice invoice_windows; do pdftoppm -r 96 -png "$out/$pages.pdf" "$out/pictures/$pages"; done
 (cd "$root" && ls demo-output/pictures/invoice*.png)
 
+printf '\n=== Trial balance as document and sheets, read back by LibreOffice\n'
+run "build/release/keldll report demo-output/trial_balance.json -o demo-output/trial_balance.doc \\
+    -o demo-output/trial_balance.xlsx -o demo-output/trial_balance.xls"
+for ending in doc xls; do
+  run "soffice --headless -env:UserInstallation=file://$out/office-profile --convert-to pdf --outdir demo-output/from_$ending \\
+    demo-output/trial_balance.$ending" >/dev/null
+  pdftoppm -r 60 -png -l 1 "$out/from_$ending/trial_balance.pdf" "$out/pictures/trial_balance_$ending"
+done
+(cd "$root" && ls demo-output/pictures/trial_balance_*.png)
+
 day_book='SELECT Date, Number, Type, AccountName, Narration, Debit, Credit FROM DayBook'
 browse="build/release/keldll browse --db demo-output/books.db --sql '$day_book' \\
     --caption 'Day Book' --sums 5,6 --formats '0=dd/mm/yyyy,5=#,##0.00,6=#,##0.00'"
@@ -57,7 +67,7 @@ if ! show_windows; then
 fi
 
 printf '\n=== Files written\n'
-(cd "$out" && ls -l books.db ./*.json ./*.rpt ./*.txt ./*.pdf ./*.prn)
+(cd "$out" && ls -l books.db ./*.json ./*.rpt ./*.txt ./*.pdf ./*.prn ./*.doc ./*.xls*)
 cat <<END
 
 === Try next, in $root

@@ -8,7 +8,7 @@ seconds=${1:-60}
 cd "$root"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target grid_json_fuzz csv_fuzz page_file_fuzz preview_fuzz \
-  condition_fuzz sql_rewrite_fuzz format_pattern_fuzz
+  condition_fuzz sql_rewrite_fuzz format_pattern_fuzz export_fuzz
 
 # On the memory file system: the targets write their input to a file each time.
 [ -w /dev/shm ] && export TMPDIR=/dev/shm
@@ -36,7 +36,7 @@ tell() {
 }
 
 # Two at a time.
-targets=(grid_json csv page_file preview condition sql_rewrite format_pattern)
+targets=(grid_json csv page_file preview condition sql_rewrite format_pattern export)
 for ((i = 0; i < ${#targets[@]}; i += 2)); do
   run "${targets[i]}" & first=$!
   second=

@@ -131,6 +131,7 @@ void SavePreview(const Pictures& pictures, kel::command::JsonGrid& report) {
   pictures.Save("frmPV");
   pictures.SaveOpenedBy([&] { Press(preview, "BackColor"); }, "frmPalette", "frmPalette");
   pictures.SaveOpenedBy([&] { Press(preview, "About"); }, "frmAbout", "frmAbout");
+  pictures.SaveOpenedBy([&] { Press(preview, "Export"); }, "frmExport", "frmExport");
   for (int step = 0; step < 4; ++step) Press(preview, "ZoomIn");
   PartOf<QLineEdit>(preview, "txtFind")->setText("Cash");
   Press(preview, "Find");

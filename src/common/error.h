@@ -23,6 +23,7 @@ inline constexpr int kPermissionDenied = 70;
 inline constexpr int kPathNotFound = 76;
 inline constexpr int kObjectNotSet = 91;
 inline constexpr int kInvalidUseOfNull = 94;
+inline constexpr int kCannotCreateObject = 429;
 inline constexpr int kNoSuchMember = 438;
 inline constexpr int kNoSuchInterface = 430;
 inline constexpr int kInvalidFileFormat = 321;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -22,6 +23,7 @@ namespace {
 
 constexpr const char* kHomeVariable = "KELDLL_HOME";
 constexpr const char* kFolderName = "DLLTemp";
+constexpr std::chrono::hours kHandoverTime{7 * 24};
 constexpr const char* kLockName = ".lock";
 constexpr int kMostFolders = 10'000;
 constexpr mode_t kFolderMode = 0700;
@@ -148,6 +150,18 @@ void EmptyFolder(const std::filesystem::path& folder) {
   }
 }
 
+void RemoveOldHandovers(const std::filesystem::path& folder) {
+  const auto oldest = std::filesystem::file_time_type::clock::now() - kHandoverTime;
+  std::error_code skipped;
+  if (!std::filesystem::is_directory(std::filesystem::symlink_status(folder, skipped))) return;
+  std::filesystem::directory_iterator entry(folder, skipped);
+  for (; entry != std::filesystem::directory_iterator(); entry.increment(skipped)) {
+    std::error_code failure;
+    const auto changed = entry->last_write_time(failure);
+    if (!failure && changed < oldest) std::filesystem::remove_all(entry->path(), failure);
+  }
+}
+
 const std::filesystem::path& LockedFolder::Path() {
   if (!IsOurs()) Take();
   return path_;
@@ -190,6 +204,7 @@ const std::filesystem::path& TempFolder() { return ThisThreadsFolder().Path(); }
 void PrepareTempFolder() {
   ThisThreadsFolder().MakeReady();
   EmptyFolder(TempFolder());
+  RemoveOldHandovers(TempFolder() / kHandoverFolderName);
 }
 
 }  // namespace kel

@@ -15,8 +15,12 @@ namespace kel {
 const std::filesystem::path& TempFolder();
 
 /// What the creation of a public object does: makes the folder ready and deletes the files in it
-/// that match *.tmp, *.txt, *.doc and *.xls. Sub-folders are left alone.
+/// that match *.tmp, *.txt, *.doc and *.xls. Sub-folders are left alone; what was put into the one
+/// of handed-over files more than a week ago goes.
 /// Throws Error when the folder cannot be made; a file that cannot be deleted is skipped.
 void PrepareTempFolder();
+
+/// The sub-folder of files that other programs were given to open (common/handover.h).
+inline constexpr const char* kHandoverFolderName = "handover";
 
 }  // namespace kel

@@ -20,6 +20,9 @@ using Cells = std::int32_t;
 inline constexpr int kAlignLeft = 1;   // left, centred vertically
 inline constexpr int kAlignRight = 7;  // right, centred vertically
 
+/// Where a column's texts stand.
+enum class TextSide { kLeft, kRight, kCenter };
+
 /// A leading piece of a text.
 struct TextPiece {
   std::size_t bytes = 0;

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "common/ole_color.h"
-#include "common/text_cells.h"  // kAlignLeft, kAlignRight
+#include "common/text_cells.h"  // kAlignLeft, kAlignRight, TextSide
 
 namespace kel {
 
@@ -23,9 +23,6 @@ struct CellFont {
   bool bold = false;
   bool underline = false;
 };
-
-/// Where a column's texts stand.
-enum class TextSide { kLeft, kRight, kCenter };
 
 /// A grid of report rows; row 0 holds the column headings, rows and columns count from 0.
 ///

@@ -97,6 +97,23 @@ bool PageFileReader::NextLineStart(std::string_view& line, std::size_t most_byte
   return true;
 }
 
+bool PageFileReader::NextLines(std::string_view& lines) {
+  for (;;) {
+    lines = {block_.data() + position_, block_size_ - position_};
+    const std::size_t last_end = lines.rfind('\n');
+    if (last_end != std::string_view::npos) {
+      lines = lines.substr(0, last_end + 1);
+      break;
+    }
+    if (FillBlock()) continue;
+    if (lines.empty()) return false;
+    lines = {block_.data() + position_, block_size_ - position_};
+    break;
+  }
+  position_ += lines.size();
+  return true;
+}
+
 // Keeps the beginning of the next line while the block moves on over its rest.
 void PageFileReader::CutLongLine(std::string_view begin) {
   long_line_.assign(begin.begin(), begin.end());

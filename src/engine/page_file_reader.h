@@ -46,6 +46,11 @@ class PageFileReader {
   /// The same of the line's first `most_bytes` bytes. The buffer does not grow with the rest.
   bool NextLineStart(std::string_view& line, std::size_t most_bytes);
 
+  /// The next lines as they stand in the file, with their ends: at least one, at most what a block
+  /// holds. Only the file's last line may lack its end. Good until the next call. They are not
+  /// counted: GoTo before NextLineNumber is asked again.
+  bool NextLines(std::string_view& lines);
+
   /// Number of the next line, counted from 1.
   LineNumber NextLineNumber() const { return next_line_; }
   /// Where the next line begins in the file.

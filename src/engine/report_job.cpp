@@ -1,13 +1,13 @@
 #include "engine/report_job.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "common/error.h"
 #include "common/file.h"
 #include "common/temp_folder.h"
 #include "engine/page_format.h"
-#include "engine/report_layout.h"
 
 namespace kel {
 namespace {
@@ -47,16 +47,17 @@ PageNumber WriteReport(const PrintSettings& settings, Cells line_width, PageNumb
                        const WritePages& write_pages) {
   OutputFile file(ReportPageFile(), Links::kRefuse);
   PageFileWriter writer(file);
-  const PageNumber last = write_pages(writer);
+  LaidOutPages pages = write_pages(writer);
   file.Commit();
 
   JobValues& job = CurrentJob();
   job.first_page = first_page;
-  job.page_count = last - first_page + 1;
+  job.page_count = pages.last - first_page + 1;
   job.page_width = line_width + settings.left_margin + settings.right_margin;
   job.page_length = PageLength(settings);
   job.page_offsets = std::make_shared<const std::vector<std::uint64_t>>(writer.TakePageOffsets());
-  return last;
+  job.columns = std::move(pages.columns);
+  return pages.last;
 }
 
 }  // namespace kel

@@ -12,6 +12,7 @@
 #include "common/value.h"
 #include "engine/page_file_writer.h"
 #include "engine/print_settings.h"
+#include "engine/report_layout.h"
 
 namespace kel {
 
@@ -31,8 +32,8 @@ std::filesystem::path ReportPageFile();
 /// The lines of a ReportTitle: an array of them, or one; "" is none.
 std::vector<std::string> TitleLines(const Value& report_title);
 
-/// Writes pages into a new page file; the result is the number of the last one.
-using WritePages = std::function<PageNumber(PageFileWriter& writer)>;
+/// Writes pages into a new page file.
+using WritePages = std::function<LaidOutPages(PageFileWriter& writer)>;
 
 /// Puts a report in the place of the last one: its page file, once that is whole, and the job
 /// values. The result is the number of the last page.

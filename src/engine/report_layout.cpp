@@ -34,7 +34,7 @@ class ReportLayout {
         row_lines_(grid, widths, range.col1, range.col2, settings.left_margin,
                    settings.print_column_divider) {}
 
-  PageNumber Run(const RowStep& step);
+  LaidOutPages Run(const RowStep& step);
 
  private:
   void CheckPageLength();
@@ -48,7 +48,7 @@ class ReportLayout {
   RowLines row_lines_;
 };
 
-PageNumber ReportLayout::Run(const RowStep& step) {
+LaidOutPages ReportLayout::Run(const RowStep& step) {
   if (!row_lines_.HasColumns()) {
     throw Error(error_number::kInvalidProcedureCall,
                 "no column to print: every ColWidth from column " + std::to_string(range_.col1) +
@@ -72,7 +72,7 @@ PageNumber ReportLayout::Run(const RowStep& step) {
   frame_.Close();
   grid_.SetHighLight(kHighlightWithFocus);
   grid_.SetVisible(true);
-  return frame_.CurrentPage();
+  return {frame_.CurrentPage(), row_lines_.Columns()};
 }
 
 // Headings are counted even where the page is too short without them, so that the least Lines is
@@ -156,9 +156,9 @@ std::int32_t PageLength(const PrintSettings& settings) {
   return static_cast<std::int32_t>(length);
 }
 
-PageNumber LayOutReport(GridSource& grid, std::span<const Cells> widths,
-                        const PrintSettings& settings, const ReportRange& range,
-                        const ReportTexts& texts, PageFileWriter& writer, const RowStep& step) {
+LaidOutPages LayOutReport(GridSource& grid, std::span<const Cells> widths,
+                          const PrintSettings& settings, const ReportRange& range,
+                          const ReportTexts& texts, PageFileWriter& writer, const RowStep& step) {
   if (range.first_page > settings.end_page) {
     throw Error(error_number::kInvalidProcedureCall,
                 "the first page would be " + std::to_string(range.first_page) +
@@ -167,9 +167,9 @@ PageNumber LayOutReport(GridSource& grid, std::span<const Cells> widths,
   PageLength(settings);
   CheckColumns(widths, range);
   const Walk walk(grid);
-  const PageNumber last = ReportLayout(grid, widths, settings, range, texts, writer).Run(step);
+  LaidOutPages pages = ReportLayout(grid, widths, settings, range, texts, writer).Run(step);
   writer.Finish();
-  return last;
+  return pages;
 }
 
 }  // namespace kel

@@ -38,10 +38,17 @@ RowLines::RowLines(GridSource& grid, std::span<const Cells> widths, std::int32_t
     column.index = col;
     column.width = width;
     column.divider_after = col < col2;
+    column.side = TextSide::kLeft;
     column.offset = blank_line_.size();
     blank_line_.append(static_cast<std::size_t>(width), ' ');
     if (column.divider_after) blank_line_ += divider_;
   }
+}
+
+std::vector<ReportColumn> RowLines::Columns() const {
+  std::vector<ReportColumn> columns;
+  for (const Column& column : columns_) columns.push_back({column.width, column.side});
+  return columns;
 }
 
 void RowLines::Begin(std::int32_t row) {
@@ -59,6 +66,7 @@ bool RowLines::Next(std::string_view& line) {
     TakePiece(column);
     grid_.SetCol(column.index);
     column.font = grid_.Font();
+    column.side = grid_.Side(column.index);
     column.before = BlanksBefore(column);
     one_byte_per_cell &= column.plain && !column.font.bold && !column.font.underline;
   }
@@ -72,9 +80,9 @@ bool RowLines::Next(std::string_view& line) {
   return true;
 }
 
-Cells RowLines::BlanksBefore(const Column& column) const {
+Cells RowLines::BlanksBefore(const Column& column) {
   const Cells blanks = column.width - column.cells;
-  switch (grid_.Side(column.index)) {
+  switch (column.side) {
     case TextSide::kLeft:
       return 0;
     case TextSide::kCenter:

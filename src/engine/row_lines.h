@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/job_values.h"
 #include "common/text_cells.h"
 #include "engine/grid_source.h"
 
@@ -23,6 +24,8 @@ class RowLines {
            Cells left_margin, bool print_column_divider);
 
   bool HasColumns() const { return !columns_.empty(); }
+  /// What is shown, from left to right. The sides are those of the last row.
+  std::vector<ReportColumn> Columns() const;
 
   /// Starts with the grid's current row, which is `row`.
   void Begin(std::int32_t row);
@@ -47,10 +50,11 @@ class RowLines {
     std::string_view shown;
     Cells cells;  // that `shown` takes
     CellFont font;
+    TextSide side;
     Cells before;  // blanks before `shown`; the others follow it
   };
 
-  Cells BlanksBefore(const Column& column) const;
+  static Cells BlanksBefore(const Column& column);
   void ReadText(Column& column);
   void TakePiece(Column& column);
   void PaintLine();

@@ -1,5 +1,7 @@
 #include "export/code_free_copy.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 #include "common/control_codes.h"
@@ -7,14 +9,71 @@
 #include "engine/page_format.h"
 
 namespace kel {
-
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{256} * 1024;
+// Where the next ESC or title mark is. Most lines have neither, and none is looked at twice.
+class CodeFinder {
+ public:
+  explicit CodeFinder(std::string_view text)
+      : text_(text), esc_(text.find(kEsc)), mark_(text.find(kTitleMark)) {}
 
-bool HasCodes(std::string_view line) {
-  return line.find(kEsc) != std::string_view::npos ||
-         line.find(kTitleMark) != std::string_view::npos;
+  std::size_t Next(std::size_t from) {
+    if (esc_ < from) esc_ = text_.find(kEsc, from);
+    if (mark_ < from) mark_ = text_.find(kTitleMark, from);
+    return std::min(esc_, mark_);
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t esc_;
+  std::size_t mark_;
+};
+
+bool HasPublishedEnds(std::string_view lines) {
+  if (!lines.ends_with(kLineEnd)) return false;
+  for (std::size_t end = lines.find('\n'); end != std::string_view::npos;
+       end = lines.find('\n', end + 1)) {
+    if (end == 0 || lines[end - 1] != '\r') return false;
+  }
+  return true;
+}
+
+// Behind the end of the line at `place`, or of the text.
+std::size_t LineEnd(std::string_view lines, std::size_t place) {
+  return std::min(lines.find('\n', place), lines.size() - 1) + 1;
+}
+
+void AppendLine(std::string_view line, std::string& copy) {
+  if (line.ends_with('\n')) line.remove_suffix(1);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  copy += line;
+  copy += kLineEnd;
+}
+
+void AppendPlainLines(std::string_view lines, std::string& copy) {
+  if (HasPublishedEnds(lines)) {
+    copy += lines;
+    return;
+  }
+  while (!lines.empty()) {
+    const std::size_t size = LineEnd(lines, 0);
+    AppendLine(lines.substr(0, size), copy);
+    lines.remove_prefix(size);
+  }
+}
+
+void AppendCodeFree(std::string_view lines, CodeFinder& codes, std::string& copy) {
+  std::string coded;
+  std::size_t done = 0;
+  for (std::size_t code = codes.Next(0); code != std::string_view::npos; code = codes.Next(done)) {
+    const std::size_t begin = lines.rfind('\n', code) + 1;  // 0 where there is no line before
+    AppendPlainLines(lines.substr(done, begin - done), copy);
+    done = LineEnd(lines, code);
+    coded = lines.substr(begin, done - begin);
+    StripCodesInPlace(coded, TitleMark::kRemove);
+    AppendLine(coded, copy);
+  }
+  AppendPlainLines(lines.substr(done), copy);
 }
 
 }  // namespace
@@ -22,23 +81,18 @@ bool HasCodes(std::string_view line) {
 void CopyWithoutCodes(const std::filesystem::path& page_file,
                       const std::function<void(std::string_view)>& sink) {
   PageFileReader reader(page_file);
-  std::string block;
-  block.reserve(kBlockSize + kBlockSize / 4);
-  std::string coded;
-  std::string_view line;
-  while (reader.NextLine(line)) {
-    if (HasCodes(line)) {
-      coded = line;
-      StripCodesInPlace(coded, TitleMark::kRemove);
-      line = coded;
+  std::string copy;
+  std::string_view lines;
+  while (reader.NextLines(lines)) {
+    CodeFinder codes(lines);
+    if (codes.Next(0) == std::string_view::npos && HasPublishedEnds(lines)) {
+      sink(lines);
+      continue;
     }
-    block += line;
-    block += kLineEnd;
-    if (block.size() < kBlockSize) continue;
-    sink(block);
-    block.clear();
+    copy.clear();
+    AppendCodeFree(lines, codes, copy);
+    sink(copy);
   }
-  if (!block.empty()) sink(block);
 }
 
 }  // namespace kel

@@ -3,12 +3,9 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <string_view>
 
-#include "common/error.h"
-#include "engine/page_file_reader.h"
-#include "engine/page_line.h"
 #include "engine/report_caption.h"
+#include "export/page_reading.h"
 #include "export/paper_geometry.h"
 #include "export/pdf_canvas.h"
 #include "export/pdf_cell_font.h"
@@ -18,20 +15,6 @@ namespace kel {
 namespace {
 
 constexpr const char* kTextModeFamily = "Liberation Mono";
-// A page of a report has some 72 lines of 80 to 250 characters; what is more than these is none.
-constexpr std::int32_t kMostPageLines = 32767;
-constexpr std::size_t kMostPageBytes = std::size_t{64} << 20;
-
-[[noreturn]] void Refuse(const std::string& why) {
-  throw Error(error_number::kInvalidProcedureCall, why);
-}
-
-void RequirePages(const JobValues& job) {
-  if (job.page_count < 1 || job.page_length < 1) {
-    Refuse("there are no pages: prepare the report first");
-  }
-  if (job.page_length > kMostPageLines) Refuse("a page cannot have so many lines");
-}
 
 // How the settings want text to look.
 struct ReportType {
@@ -112,41 +95,16 @@ void PagePrinter::Print(const PageText& page) {
   canvas_.EndSheet();
 }
 
-// Reads one page; throws where the file has none.
-void ReadPage(PageFileReader& reader, const ReportSnapshot& report, PageNumber number,
-              PageText& page) {
-  // More than is ever drawn of a line: four bytes for every cell.
-  constexpr std::size_t kMostLineBytes = 4 * static_cast<std::size_t>(kMostLineCells);
-  const JobValues& job = report.job;
-  const LineNumber first = FirstLineOfPage(number, job.page_length);
-  page.Clear();
-  bool whole = true;
-  if (reader.NextLineNumber() != first) {
-    const std::span<const std::uint64_t> offsets =
-        job.page_offsets ? *job.page_offsets : std::span<const std::uint64_t>();
-    whole = reader.GoToPage(number, job.page_length, offsets);
-  }
-  std::string_view line;
-  for (std::int32_t i = 0; whole && i < job.page_length; ++i) {
-    whole = page.text.size() <= kMostPageBytes && reader.NextLineStart(line, kMostLineBytes);
-    if (whole) AppendPageLine(page, line);
-  }
-  if (whole) return;
-  throw Error(error_number::kInvalidFileFormat, report.page_file.string() + " does not hold page " +
-                                                    std::to_string(number) + " of the report");
-}
-
 }  // namespace
 
 bool WritePdfReport(const ReportSnapshot& report, OutputFile& file,
                     const std::function<bool()>& next_page) {
-  RequirePages(report.job);
-  PageFileReader reader(report.page_file);
+  ReportPages pages(report);
   PagePrinter printer(report, file);
   PageText page;
   for (PageNumber number = 1; number <= report.job.page_count; ++number) {
     if (next_page && !next_page()) return false;
-    ReadPage(reader, report, number, page);
+    pages.Read(number, page);
     printer.Print(page);
   }
   printer.Finish();

@@ -150,7 +150,7 @@ class ListLayout {
         lines_(grid, widths, 0, LastPrinted(widths), settings.left_margin,
                settings.print_column_divider) {}
 
-  PageNumber Run(bool with_totals, const WaitScope& wait);
+  LaidOutPages Run(bool with_totals, const WaitScope& wait);
 
  private:
   static std::int32_t LastPrinted(std::span<const Cells> widths);
@@ -165,7 +165,7 @@ class ListLayout {
   RowLines lines_;
 };
 
-PageNumber ListLayout::Run(bool with_totals, const WaitScope& wait) {
+LaidOutPages ListLayout::Run(bool with_totals, const WaitScope& wait) {
   WriteHeadings();
   for (std::int32_t row = 1; row < grid_.LastRow(); ++row) {
     WriteRow(row);
@@ -173,7 +173,7 @@ PageNumber ListLayout::Run(bool with_totals, const WaitScope& wait) {
   }
   if (with_totals) WriteTotals();
   frame_.Close();
-  return frame_.CurrentPage();
+  return {frame_.CurrentPage(), lines_.Columns()};
 }
 
 // Columns after it are no place for a divider.
@@ -255,9 +255,9 @@ void WriteListReport(Recordset& records, std::span<const ListColumn> columns,
   const WaitScope wait("Preparing Pages...", 0, grid.LastRow() - 1);
   const auto write_pages = [&](PageFileWriter& writer) {
     ListLayout layout(grid, widths, settings, line_width, texts, first_page, writer);
-    const PageNumber last = layout.Run(!col_sums.empty() && records.RowsSeen() > 0, wait);
+    LaidOutPages pages = layout.Run(!col_sums.empty() && records.RowsSeen() > 0, wait);
     writer.Finish();
-    return last;
+    return pages;
   };
   pg.CurrentPage(WriteReport(settings, line_width, first_page, write_pages));
   pg.Pages(CurrentJob().page_count);

@@ -3,11 +3,11 @@
 
 #include "engine/CPrint.h"
 #include "engine/memory_grid.h"
+#include "export/frmExport.h"
 #include "preview/frmPV.h"
 #include "preview/frmPVToolbar.h"
 #include "preview/frmPVView.h"
 #include "preview/frmPalette.h"
-#include "preview/preview_host.h"
 #include "preview/zoom.h"
 #include "toolkit/CZURDLL.h"
 #include "toolkit/frmAbout.h"
@@ -16,7 +16,6 @@ namespace kel {
 namespace {
 
 constexpr const char* kAboutTag = "PREVIEW";
-constexpr const char* kNoExport = "Export is not available in this version.";
 
 }  // namespace
 
@@ -83,12 +82,11 @@ void frmPV::SetFontSize(double points) {
   view_->ScrollSize();
 }
 
+// The dialog lets the program run, which may destroy it, and this window, too.
 void frmPV::Export() {
-  if (CurrentPreviewHost().show_export) {
-    CurrentPreviewHost().show_export(model_.Report());
-  } else {
-    SharedToolkit().MsgBox(kNoExport, msgOK, windowTitle().toStdString());
-  }
+  const QPointer<frmExport> dialog = new frmExport(model_.Report());
+  dialog->Ask();
+  delete dialog;
 }
 
 void frmPV::ChooseColor(ColorBox& box) {

@@ -107,7 +107,18 @@ TEST_F(TempFolderTest, PreparingDeletesTheWorkFilesOfEarlierRunsOnly) {
   for (const auto& names : {gone, kept}) {
     for (const char* name : names) WriteFile(folder / name, "x");
   }
+  const auto week = std::chrono::hours(7 * 24);
+  fs::create_directories(folder / "handover/old");
+  WriteFile(folder / "handover/old/Sales.xls", "x");
+  WriteFile(folder / "handover/new.txt", "x");
+  const auto touch = [&](const char* name, std::chrono::hours age) {
+    fs::last_write_time(folder / name, fs::file_time_type::clock::now() - age);
+  };
+  touch("handover/old", week + std::chrono::hours(1));
+  touch("handover/new.txt", week - std::chrono::hours(1));
   OnFreshThread([] { PrepareTempFolder(); });
+  EXPECT_FALSE(fs::exists(folder / "handover/old"));
+  EXPECT_TRUE(fs::exists(folder / "handover/new.txt"));
   for (const char* name : gone) EXPECT_FALSE(fs::exists(folder / name)) << name;
   for (const char* name : kept) EXPECT_TRUE(fs::exists(folder / name)) << name;
   EXPECT_TRUE(fs::exists(folder / "empty.tmp"));

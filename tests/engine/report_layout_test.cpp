@@ -36,7 +36,8 @@ class ReportLayoutTest : public ::testing::Test {
     OutputFile file(folder / "pages.rpt");
     PageFileWriter writer(file);
     last_page = LayOutReport(grid, widths, settings, range, {titles, "21/11/2026 02:05:09 PM"},
-                             writer, [](PageNumber) {});
+                             writer, [](PageNumber) {})
+                    .last;
     file.Commit();
     const std::string text = testing::ReadFile(folder / "pages.rpt");
     Strings lines;

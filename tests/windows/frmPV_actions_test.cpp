@@ -1,4 +1,4 @@
-// What the buttons open: printing, export, colours, the about window; and closing.
+// What the buttons open: printing, colours, the about window; and closing.
 #include <QAccessible>
 #include <QSignalSpy>
 
@@ -54,23 +54,6 @@ TEST_F(PreviewTest, ShiftWithTheArrowsGoesThroughTheColoursWhichAreToldByName) {
   Press(Qt::Key_Up, Qt::ShiftModifier);
   EXPECT_EQ(told("picBack", QAccessible::Description), "Window Background");
   EXPECT_EQ(Pic().Colors().back, system_color::kWindowBackground);
-}
-
-TEST_F(PreviewTest, ExportGetsTheReportAndWhatFailsIsTold) {
-  Open();
-  Click("Export");
-  ASSERT_EQ(desktop_->messages.size(), 1U);
-  EXPECT_EQ(desktop_->messages[0].prompt, "Export is not available in this version.");
-  EXPECT_EQ(desktop_->messages[0].title, window_->windowTitle().toStdString());
-  CurrentPreviewHost().show_export = [&](const ReportSnapshot& report) {
-    EXPECT_EQ(report.page_file, report_.page_file);
-    throw Error(error_number::kDiskFull, "no room");
-  };
-  Click("Export");
-  ASSERT_EQ(desktop_->messages.size(), 2U);
-  EXPECT_EQ(desktop_->messages[1].prompt, "61 : no room");
-  Click("Next");
-  EXPECT_EQ(PageBox().text(), "2/3");
 }
 
 class RangeAsker : public ReportWindows {

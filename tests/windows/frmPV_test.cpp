@@ -77,10 +77,10 @@ TEST_F(PreviewTest, ATypedPageIsGoneToByEnterAloneWhenItIsAnother) {
 
 TEST_F(PreviewTest, ShortcutsWorkInEveryBoxWithCtrlAlone) {
   int exports = 0;
-  CurrentPreviewHost().show_export = [&](const ReportSnapshot&) { ++exports; };
   Open();
   for (const char* box : {"txtPage", "txtFind"}) {
     Find(box).setFocus();
+    WhenModal("frmExport", [&](QWidget& dialog) { exports += dialog.close() ? 1 : 0; });
     for (const auto key : {Qt::Key_N, Qt::Key_I, Qt::Key_E, Qt::Key_Q}) {
       Press(key, Qt::ControlModifier);
     }

@@ -18,7 +18,6 @@
 #include "preview/frmPVColorBox.h"
 #include "preview/frmPVPage.h"
 #include "preview/preview_commands.h"
-#include "preview/preview_host.h"
 #include "support/modal_window.h"
 #include "support/recording_desktop.h"
 #include "support/test_folder.h"
@@ -65,7 +64,6 @@ class PreviewTest : public ::testing::Test {
   }
   void TearDown() override {
     window_.reset();
-    CurrentPreviewHost() = {};
     CurrentReportHost() = {};
   }
 

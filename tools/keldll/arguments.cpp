@@ -5,10 +5,6 @@
 
 namespace kel::command {
 
-Error NotInThisVersion(const std::string& what) {
-  return {error_number::kInvalidProcedureCall, what + " is not available in this version"};
-}
-
 Arguments::Arguments(std::span<const std::string> words, std::span<const OptionSpec> specs) {
   while (!words.empty()) {
     const std::string& word = words.front();

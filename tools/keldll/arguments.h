@@ -20,9 +20,6 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// For what later versions of the command do.
-Error NotInThisVersion(const std::string& what);
-
 enum class OptionKind { kFlag, kValue, kRepeatedValue };
 
 struct OptionSpec {

@@ -30,11 +30,6 @@ constexpr std::array kOptions = {
     OptionSpec{"--preview", OptionKind::kFlag},
 };
 
-// Endings of outputs that come with later versions.
-constexpr std::array<std::string_view, 3> kLaterEndings = {".doc", ".xls", ".xlsx"};
-
-// Collects what the version cannot do while the command line is still being checked, since wrong
-// usage is told first.
 class Reading {
  public:
   explicit Reading(std::span<const std::string> words) : arguments_(words, kOptions) {}
@@ -46,7 +41,6 @@ class Reading {
     ReadRanges();
     ReadSettings();
     ReadOutputs();
-    if (!missing_.empty()) throw NotInThisVersion(missing_);
     return std::move(options_);
   }
 
@@ -57,13 +51,9 @@ class Reading {
   void ReadSettings();
   void ReadOutputs();
   void ReadOutput(const std::string& path);
-  void Miss(const std::string& what) {
-    if (missing_.empty()) missing_ = what;
-  }
 
   Arguments arguments_;
   ReportOptions options_;
-  std::string missing_;
 };
 
 void Reading::ReadTexts() {
@@ -122,13 +112,8 @@ void Reading::ReadOutput(const std::string& path) {
     options_.outputs.push_back({OutputKind::kStandardOutput, ""});
   } else if (EndsAs(path, ".rpt")) {
     options_.outputs.push_back({OutputKind::kPageFile, path});
-  } else if (EndsAs(path, ".txt")) {
-    options_.outputs.push_back({OutputKind::kText, path});
-  } else if (EndsAs(path, ".pdf")) {
-    options_.outputs.push_back({OutputKind::kPdf, path});
-  } else if (std::any_of(kLaterEndings.begin(), kLaterEndings.end(),
-                         [&](std::string_view ending) { return EndsAs(path, ending); })) {
-    Miss(path + ": " + FileEnding(path) + " output");
+  } else if (const auto format = FormatOf(FileEnding(path))) {
+    options_.outputs.push_back({OutputKind::kExport, path, *format});
   } else {
     throw UsageError(
         "-o \"" + path +

@@ -8,17 +8,19 @@
 #include <vector>
 
 #include "common/job_values.h"
+#include "export/export_choices.h"
 #include "keldll/arguments.h"
 #include "keldll/job_settings.h"
 #include "keldll/source_options.h"
 
 namespace kel::command {
 
-enum class OutputKind { kStandardOutput, kPageFile, kText, kPdf };
+enum class OutputKind { kStandardOutput, kPageFile, kExport };
 
 struct Output {
   OutputKind kind;
-  std::string path;  // empty for standard output
+  std::string path;                           // empty for standard output
+  ExportFormat format = ExportFormat::kText;  // of kExport
 };
 
 struct ReportOptions {
@@ -39,7 +41,7 @@ struct ReportOptions {
   bool preview = false;
 };
 
-/// Throws UsageError for a wrong command line, else Error for what this version cannot do.
+/// Throws UsageError for a wrong command line.
 ReportOptions ReadReportOptions(std::span<const std::string> words);
 
 }  // namespace kel::command

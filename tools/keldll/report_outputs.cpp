@@ -6,10 +6,37 @@
 
 #include "common/error.h"
 #include "export/code_free_copy.h"
-#include "export/pdf_report.h"
+#include "export/export_progress.h"
+#include "export/report_files.h"
 #include "keldll/standard_streams.h"
+#include "platform/posix/xdg_programs.h"
 
 namespace kel::command {
+namespace {
+
+// Counts pages, whatever the steps of an export are.
+class PageProgress : public ExportProgress {
+ public:
+  PageProgress(std::int64_t pages, const std::function<void()>& next_page)
+      : pages_(std::max<std::int64_t>(pages, 1)), next_page_(next_page) {}
+
+  void Begin(std::int64_t steps) override {
+    steps_of_page_ = std::max<std::int64_t>(steps / pages_, 1);
+    done_ = 0;
+  }
+  bool Step(std::int64_t steps) override {
+    for (done_ += steps; done_ >= steps_of_page_; done_ -= steps_of_page_) next_page_();
+    return true;
+  }
+
+ private:
+  std::int64_t pages_;
+  const std::function<void()>& next_page_;
+  std::int64_t steps_of_page_ = 1;
+  std::int64_t done_ = 0;  // steps of the page that is being made
+};
+
+}  // namespace
 
 void RefuseSource(const std::string& written, const std::string& source) {
   std::error_code unreadable;  // then it is not there yet, or opening it tells what is wrong
@@ -22,9 +49,9 @@ ReportOutputs::ReportOutputs(const ReportOptions& options) {
   for (const Output& output : options.outputs) {
     if (output.kind != OutputKind::kStandardOutput) {
       RefuseSource(output.path, options.source.name);
-      targets_.push_back({output.kind, output.path, std::make_unique<OutputFile>(output.path)});
+      targets_.push_back({output, std::make_unique<OutputFile>(output.path)});
     } else if (!standard_output) {
-      targets_.push_back({output.kind, output.path, nullptr});
+      targets_.push_back({output, nullptr});
       standard_output = true;
     }
   }
@@ -32,38 +59,45 @@ ReportOutputs::ReportOutputs(const ReportOptions& options) {
 
 void ReportOutputs::Write(const ReportSnapshot& report, const std::function<void()>& next_page) {
   for (const Target& target : targets_) {
-    if (target.kind == OutputKind::kPageFile) {
+    if (target.output.kind == OutputKind::kPageFile) {
       InputFile pages(report.page_file, Links::kRefuse);
       target.file->WriteAll(pages);
-    } else if (target.kind == OutputKind::kPdf) {
-      WritePdf(target, report, next_page);
+    } else if (!IsText(target)) {
+      WriteFile(target, report, next_page);
     }
   }
   WriteTexts(report.page_file);
 }
 
-void ReportOutputs::WritePdf(const Target& target, const ReportSnapshot& report,
-                             const std::function<void()>& next_page) {
+void ReportOutputs::WriteFile(const Target& target, const ReportSnapshot& report,
+                              const std::function<void()>& next_page) {
+  const std::string& path = target.output.path;
   try {
-    WritePdfReport(report, *target.file, [&] {
-      next_page();
-      return true;
-    });
+    XdgPrograms programs;
+    PageProgress progress(report.job.page_count, next_page);
+    WriteReportFile(target.output.format, report, *target.file, &programs, progress);
   } catch (const Error& failure) {
-    if (failure.Description().find(target.path) != std::string::npos) throw;
-    throw Error(failure.Number(), "cannot make " + target.path + ": " + failure.Description());
+    if (failure.Description().find(path) != std::string::npos) throw;
+    throw Error(failure.Number(), "cannot make " + path + ": " + failure.Description());
   }
 }
 
+// The text of a report is read once for all who want it.
+bool ReportOutputs::IsText(const Target& target) {
+  return target.output.kind == OutputKind::kStandardOutput ||
+         (target.output.kind == OutputKind::kExport && target.output.format == ExportFormat::kText);
+}
+
 void ReportOutputs::WriteTexts(const std::filesystem::path& page_file) {
-  const auto is_text = [](const Target& target) {
-    return target.kind == OutputKind::kText || target.kind == OutputKind::kStandardOutput;
-  };
-  if (std::none_of(targets_.begin(), targets_.end(), is_text)) return;
+  if (std::none_of(targets_.begin(), targets_.end(), IsText)) return;
   CopyWithoutCodes(page_file, [&](std::string_view text) {
     for (const Target& target : targets_) {
-      if (target.kind == OutputKind::kText) target.file->Write(text);
-      if (target.kind == OutputKind::kStandardOutput) WriteStandardOutput(text);
+      if (!IsText(target)) continue;
+      if (target.file) {
+        target.file->Write(text);
+      } else {
+        WriteStandardOutput(text);
+      }
     }
   });
 }

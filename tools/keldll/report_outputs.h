@@ -23,21 +23,21 @@ class ReportOutputs {
   /// Throws Error for a file that cannot be made, and for one that is the report's own source.
   explicit ReportOutputs(const ReportOptions& options);
 
-  /// Writes the pages of a report to every output. `next_page` is called before each page of those
-  /// that are made page by page.
+  /// Writes the pages of a report to every output. `next_page` is called for each page of those
+  /// that take longer than a copy.
   void Write(const ReportSnapshot& report, const std::function<void()>& next_page);
   /// Puts the files in place. Nothing of them can be seen before.
   void Commit();
 
  private:
   struct Target {
-    OutputKind kind;
-    std::string path;
+    Output output;
     std::unique_ptr<OutputFile> file;  // null for standard output
   };
 
-  static void WritePdf(const Target& target, const ReportSnapshot& report,
-                       const std::function<void()>& next_page);
+  static bool IsText(const Target& target);
+  static void WriteFile(const Target& target, const ReportSnapshot& report,
+                        const std::function<void()>& next_page);
 
   void WriteTexts(const std::filesystem::path& page_file);
 

@@ -41,13 +41,14 @@ Layout
   --pages A-B              only these pages, counted from 1
 
 Output
-  -o FILE                  .rpt: the page file; .txt: its text without codes; .pdf: one sheet for
-                           each page; repeat for more
+  -o FILE                  by its ending; repeat for more: .rpt the page file, .txt its text without
+                           codes, .pdf one sheet for each page, .doc a document for word processors,
+                           .xlsx a workbook with a cell for each column, .xls the same for older
+                           programs (needs LibreOffice)
   -o -                     the text on standard output (when nothing else is asked for)
   --print                  print the pages: in text mode through the port, in Windows mode through
                            the system's printer; ends when the last byte is on its way
   --preview                show the pages in the preview window until it is closed
-  The endings .doc, .xls and .xlsx are not available in this version.
 )";
 
 constexpr std::string_view kBrowseUsage =
