@@ -6,7 +6,7 @@ packages=(
   build-essential ca-certificates clang clang-format clang-tidy cmake cups-client cups-daemon fonts-dejavu-core
   fonts-liberation fonts-lohit-deva fonts-lohit-gujr git libbenchmark-dev libcairo2-dev libclang-rt-14-dev libfontconfig-dev
   libfreetype-dev libgtest-dev libharfbuzz-dev libqt6sql6-odbc libqt6sql6-psql libqt6sql6-sqlite
-  libreoffice-calc-nogui libreoffice-writer-nogui libsqlite3-dev libsqliteodbc libutf8proc-dev libxlsxwriter-dev
+  libreoffice-calc-nogui libreoffice-writer-nogui libsqlite3-dev libsqliteodbc libutf8proc-dev libxlsxwriter-dev locales
   ninja-build odbc-postgresql odbcinst pkg-config poppler-utils postgresql python3 qt6-base-dev qt6-svg-dev rapidjson-dev time unixodbc xdg-utils
   xdotool xvfb
 )

@@ -7,9 +7,10 @@ namespace kel {
 namespace {
 
 // The order is published: it decides which digits are taken for part of a code.
-constexpr std::array<std::string_view, 14> kRemovedInTurn = {
-    kBoldOn,   kBoldOff,  "\x1b-26", "\x1b-24", "\x1b-22", "\x1b-20",    "\x1b-18",
-    "\x1b-16", "\x1b-14", "\x1b-12", "\x1b-10", "\x1b-8",  kUnderlineOn, kUnderlineOff};
+constexpr std::array<std::string_view, 12> kDashCodesInTurn = {
+    "\x1b-26", "\x1b-24", "\x1b-22", "\x1b-20", "\x1b-18",    "\x1b-16",
+    "\x1b-14", "\x1b-12", "\x1b-10", "\x1b-8",  kUnderlineOn, kUnderlineOff};
+constexpr std::string_view kDashCode = "\x1b-";
 
 // Deletes from left to right in one pass; what a deletion joins is not looked at again.
 void DeleteAll(std::string& line, std::size_t from, std::string_view code) {
@@ -37,7 +38,12 @@ std::string StripCodes(std::string_view line, TitleMark mark) {
 void StripCodesInPlace(std::string& line, TitleMark mark) {
   const std::size_t first = line.find(kEsc);
   if (first != std::string::npos) {
-    for (const std::string_view code : kRemovedInTurn) DeleteAll(line, first, code);
+    DeleteAll(line, first, kBoldOn);
+    DeleteAll(line, first, kBoldOff);
+    // Most lines with codes are only bold.
+    if (line.find(kDashCode, first) != std::string::npos) {
+      for (const std::string_view code : kDashCodesInTurn) DeleteAll(line, first, code);
+    }
   }
   if (mark == TitleMark::kRemove) std::erase(line, kTitleMark);
 }

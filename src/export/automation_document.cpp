@@ -37,7 +37,7 @@ class DocumentMaker {
   void SetRightMargin() { PageSetup().Put("RightMargin", 0); }
   void SetPageSize();
   void Save() { Documents().Call("Save"); }
-  void HandOver() { word_->HandOver(handover_); }
+  void HandOver();
 
   LateBound Documents() const { return word_->Application().Get("Documents"); }
   LateBound PageSetup() const { return Documents().Item(1).Get("PageSetup"); }
@@ -67,7 +67,6 @@ bool DocumentMaker::Run(ExportProgress& progress) {
     // Once the program is the user's, or gone, nothing is left to stop.
     if (!progress.Step() && !done) return false;
   }
-  file_.Commit();
   return true;
 }
 
@@ -88,6 +87,11 @@ void DocumentMaker::SetPageSize() {
   if (report_.settings.page_width <= kWidestPage) {
     PutInches("PageWidth", report_.settings.page_width);
   }
+}
+
+void DocumentMaker::HandOver() {
+  word_->HandOver(handover_);
+  file_.Commit();
 }
 
 void DocumentMaker::PutInches(std::string_view member, double inches) const {

@@ -76,6 +76,7 @@ ExportOrder ExportForm::Order(const ReportSnapshot& report) const {
 }
 
 void ExportForm::Keep() {
+  if (IsMail()) store_.Write(kExportSection, kAttachmentKey, name_);
   StoreIndex(store_, kFormatKey, format_);
   StoreIndex(store_, kDestinationKey, destination_);
 }

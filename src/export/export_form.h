@@ -50,7 +50,8 @@ class ExportForm {
 
   ExportOrder Order(const ReportSnapshot& report) const;
 
-  /// Stores the choices for the next export. Throws Error when they cannot be written.
+  /// Stores the choices, and the name of a mail's attachment, for the next export. Throws Error
+  /// when they cannot be written.
   void Keep();
 
  private:

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "common/error.h"
+#include "common/text_cells.h"
 
 namespace kel {
 namespace {
@@ -12,9 +13,21 @@ namespace {
 // A page of a report has some 72 lines of 80 to 250 characters; what is more than these is none.
 constexpr std::int32_t kMostPageLines = 32767;
 constexpr std::size_t kMostPageBytes = std::size_t{64} << 20;
+constexpr std::size_t kMostLineBytes = 4 * static_cast<std::size_t>(kMostLineCells);
 
 [[noreturn]] void Refuse(const std::string& why) {
   throw Error(error_number::kInvalidProcedureCall, why);
+}
+
+// A line of which a page, or `kMostLineBytes`, may hold only the beginning is refused.
+void AppendWhole(PageText& page, std::string_view line) {
+  constexpr Cells kWidest = 2;  // of a character
+  AppendPageLine(page, line);
+  if (line.size() < kMostLineBytes &&
+      PaperWidth(page, page.lines.back()) + kGutter + kWidest <= kMostLineCells) {
+    return;
+  }
+  throw Error(error_number::kOverflow, "a line of the report is too long for a page");
 }
 
 const std::filesystem::path& FileWithPages(const ReportSnapshot& report) {
@@ -31,14 +44,12 @@ ReportPages::ReportPages(const ReportSnapshot& report)
     : report_(report), reader_(FileWithPages(report)) {}
 
 void ReportPages::Read(PageNumber number, PageText& page) {
-  // More than is ever drawn of a line: four bytes for every cell.
-  constexpr std::size_t kMostLineBytes = 4 * static_cast<std::size_t>(kMostLineCells);
   page.Clear();
   bool whole = GoTo(number);
   std::string_view line;
   for (std::int32_t i = 0; whole && i < report_.job.page_length; ++i) {
     whole = page.text.size() <= kMostPageBytes && reader_.NextLineStart(line, kMostLineBytes);
-    if (whole) AppendPageLine(page, line);
+    if (whole) AppendWhole(page, line);
   }
   if (whole) return;
   throw Error(error_number::kInvalidFileFormat, report_.page_file.string() +

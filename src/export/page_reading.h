@@ -15,7 +15,7 @@ class ReportPages {
   explicit ReportPages(const ReportSnapshot& report);
 
   /// Reads page `number`, counted from 1 in the file, into `page`. Throws Error 321 when the file
-  /// does not hold it.
+  /// does not hold it, and 6 when a line is too long for a page to hold it whole.
   void Read(PageNumber number, PageText& page);
 
  private:

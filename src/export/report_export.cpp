@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "common/error.h"
 #include "common/handover.h"
-#include "common/host.h"
 #include "common/text_cells.h"
 
 namespace kel {
@@ -44,8 +44,21 @@ bool Mail(const ExportOrder& order, Office& office, ExportProgress& progress) {
   }
   office.SendMail(target.Path(), NamesForMail(order.name, ExtensionOf(order.format)));
   target.Given();
-  CurrentHost().settings->Write(kExportSection, kAttachmentKey, order.name);
   return true;
+}
+
+// A pipe might wait for its reader for ever; and a report that lost its pages could not be exported
+// again.
+void RequireReplaceable(const std::filesystem::path& target, const ReportSnapshot& report) {
+  std::error_code nothing_there;
+  if (std::filesystem::is_other(std::filesystem::status(target, nothing_there))) {
+    throw Error(error_number::kBadFileName,
+                "cannot replace " + target.string() + ": it is no file");
+  }
+  if (std::filesystem::equivalent(target, report.page_file, nothing_there) && !nothing_there) {
+    throw Error(error_number::kPermissionDenied,
+                "cannot replace " + target.string() + ": the report's own pages stand there");
+  }
 }
 
 }  // namespace
@@ -57,6 +70,7 @@ bool ExportReport(const ExportOrder& order, Office& office, ExportProgress& prog
   if (TrimBlanks(order.name).empty()) {
     return ExportToTemporaryFile(order, handover, office, progress);
   }
+  RequireReplaceable(order.name, order.report);
   return office.MakeFile(order.format, order.report, order.name, handover, progress);
 }
 

@@ -21,9 +21,9 @@ struct ExportOrder {
 };
 
 /// Makes the file and hands it over: opened in its application, left on the disk, or attached to a
-/// new mail message, whose attachment name is then kept as "Export"/"Attachment". A file of the
-/// target's name is replaced once the new one is whole. False when the user stopped. Throws Error
-/// for what fails.
+/// new mail message. A file of the target's name is replaced once the new one is whole; neither a
+/// device or pipe (Error 52) nor the report's own page file (Error 70) is. False when the user
+/// stopped. Throws Error for what fails.
 bool ExportReport(const ExportOrder& order, Office& office, ExportProgress& progress);
 
 }  // namespace kel

@@ -61,10 +61,10 @@ void AppendBlanks(std::string& rtf, std::size_t count, BlankRuns blanks) {
     return;
   }
   for (std::size_t i = 0; i < count; ++i) {
-    if (i % 2 == 0) {
-      rtf.push_back(' ');
-    } else {
+    if (rtf.ends_with(' ')) {
       rtf += kBlankApart;
+    } else {
+      rtf.push_back(' ');
     }
   }
 }

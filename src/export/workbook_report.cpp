@@ -9,6 +9,7 @@
 
 #include "common/control_codes.h"
 #include "common/error.h"
+#include "common/text_cells.h"
 #include "engine/page_file_reader.h"
 #include "engine/page_line.h"
 #include "engine/report_caption.h"
@@ -149,8 +150,14 @@ void ReportSheets::WriteCell(std::size_t column, std::string_view text) {
 // A cell looks as its first visible character does.
 CellLook ReportSheets::LookOf(std::string_view text) const {
   if (runs_.empty()) return {};
-  const auto first = static_cast<std::size_t>(text.data() - page_.text.data()) +
-                     std::min(text.find_first_not_of(' '), text.size());
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  // What has no width looks as the character before it, of another cell.
+  while (!text.empty()) {
+    const TextPiece piece = FirstGrapheme(text);
+    if (piece.cells > 0) break;
+    text.remove_prefix(piece.bytes);
+  }
+  const auto first = static_cast<std::size_t>(text.data() - page_.text.data());
   const auto behind =
       std::upper_bound(runs_.begin(), runs_.end(), first,
                        [](std::size_t offset, const TextRun& run) { return offset < run.offset; });

@@ -16,6 +16,7 @@
 #include "engine/report_layout.h"
 #include "engine/row_lines.h"
 #include "listview/list_settings.h"
+#include "listview/list_texts.h"
 #include "toolkit/wait_scope.h"
 
 namespace kel {
@@ -34,8 +35,8 @@ class ListReportGrid : public GridSource, private RecordsetEvents {
                  std::span<const Cells> widths, std::string caption)
       : records_(records),
         columns_(columns),
-        widths_(widths),
         caption_(std::move(caption)),
+        records_texts_(records, columns, widths),
         texts_(columns.size()),
         last_row_(static_cast<std::int32_t>(records.RowsSeen()) + 1) {
     records_.AddEvents(*this);
@@ -54,7 +55,8 @@ class ListReportGrid : public GridSource, private RecordsetEvents {
   OleColor CellBackColor() override { return system_color::kWindowBackground; }
   CellFont Font() override { return {}; }
   std::string_view TextMatrix(std::int32_t /*row*/, std::int32_t col) override {
-    return texts_[static_cast<std::size_t>(col)];
+    const auto column = static_cast<std::size_t>(col);
+    return on_record_ ? records_texts_.Text(column) : texts_[column];
   }
   int ColAlignment(std::int32_t col) override {
     return Side(col) == TextSide::kLeft ? kAlignLeft : kAlignRight;
@@ -67,37 +69,30 @@ class ListReportGrid : public GridSource, private RecordsetEvents {
  private:
   void RecordsetChangeComplete() override { other_rows_ = true; }
   void RequireSameRows() const;
-  void ReadCell(std::int64_t record, std::size_t column);
+  void ReadRecord(std::int64_t record);
+  void ReadCaptions();
   void ReadTotals();
 
   Recordset& records_;
   std::span<const ListColumn> columns_;
-  std::span<const Cells> widths_;
   std::string caption_;
-  std::vector<std::string> texts_;  // of the current row, by column
+  ListTexts records_texts_;
+  std::vector<std::string> texts_;  // of captions or totals, by column
   std::vector<std::pair<std::size_t, DecimalSum>> sums_;
   std::int32_t last_row_;
+  bool on_record_ = false;
   bool other_rows_ = false;
 };
 
 bool ListReportGrid::SetRow(std::int32_t row) {
   RequireSameRows();
-  for (std::string& text : texts_) text.clear();
-  if (row == LastRow()) {
+  on_record_ = row != kHeadingRow && row != LastRow();
+  if (on_record_) {
+    ReadRecord(row - 1);
+  } else if (row == kHeadingRow) {
+    ReadCaptions();
+  } else {
     ReadTotals();
-    return true;
-  }
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    if (row == kHeadingRow) {
-      texts_[i] = columns_[i].caption;
-    } else if (widths_[i] > 0) {
-      ReadCell(row - 1, i);
-    }
-  }
-  if (row != kHeadingRow) {
-    for (auto& [column, sum] : sums_) {
-      sum.Add(records_.CellSeen(row - 1, static_cast<int>(column)));
-    }
   }
   return true;
 }
@@ -108,12 +103,19 @@ void ListReportGrid::RequireSameRows() const {
               "the records were changed while they were printed");
 }
 
-void ListReportGrid::ReadCell(std::int64_t record, std::size_t column) {
-  AppendCellText(columns_[column], records_.CellSeen(record, static_cast<int>(column)),
-                 texts_[column]);
+void ListReportGrid::ReadRecord(std::int64_t record) {
+  records_texts_.Take(record);
+  for (auto& [column, sum] : sums_) {
+    sum.Add(records_.CellSeen(record, static_cast<int>(column)));
+  }
+}
+
+void ListReportGrid::ReadCaptions() {
+  for (std::size_t i = 0; i < columns_.size(); ++i) texts_[i] = columns_[i].caption;
 }
 
 void ListReportGrid::ReadTotals() {
+  for (std::string& text : texts_) text.clear();
   for (const auto& [column, sum] : sums_) {
     if (!IsNumericType(columns_[column].type)) continue;  // nothing that could be added
     columns_[column].format.AppendNumber(sum.Text(), texts_[column]);

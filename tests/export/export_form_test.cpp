@@ -29,6 +29,12 @@ TEST(ExportFormTest, StoredChoicesAreTakenAndWhatIsNoIndexOfAListIsItsFirstItem)
   EXPECT_EQ(store.Read("Export", "Destination"), "2");
   EXPECT_EQ(ExportForm(store).Format(), ExportFormat::kPdf);
   EXPECT_EQ(ExportForm(store).Name(), "Sales") << "opened with mail chosen";
+  form.Name(" Sales 'of' 2026");
+  form.Keep();
+  form.Destination(ExportDestination::kDiskFile);
+  form.Choose("/home/user/Sales");
+  form.Keep();
+  EXPECT_EQ(store.Read("Export", "Attachment"), " Sales 'of' 2026");
 }
 
 TEST(ExportFormTest, EachDestinationHasItsOwnRules) {

@@ -41,6 +41,8 @@ TEST(LineCellsTest, ColumnsAreMeasuredInDisplayCells) {
   EXPECT_EQ(CutBy({4, 3}, 1, " 漢字|  é|"), (Texts{"漢字|", "  é|", ""}));
   EXPECT_EQ(CutBy({2, 2, 2}, 0, "ab漢 cd ef"), (Texts{"ab", "漢 c", "d e", "f"}));
   EXPECT_EQ(CutBy({2, 2}, 0, "\xff\xff| x"), (Texts{"\xff\xff|", " x", ""}));
+  EXPECT_EQ(CutBy({2, 2}, 1, " \u200bab|\u200bcd"), (Texts{"\u200bab|", "\u200bcd", ""}));
+  EXPECT_EQ(CutBy({2}, 0, "\u200bab"), (Texts{"\u200bab", ""}));
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "export/report_export.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <functional>
 #include <vector>
 
 #include "common/handover.h"
-#include "common/host.h"
 #include "common/temp_folder.h"
 #include "export/native_office.h"
 #include "support/errors.h"
@@ -58,7 +58,6 @@ class Patience : public ExportProgress {
 class ReportExportTest : public ::testing::Test {
  protected:
   ReportExportTest() {
-    CurrentHost().settings = settings_;
     order_.report.page_file = folder_ / "r.rpt";
     order_.report.settings = {};
     order_.report.settings.mode = "DOS";
@@ -85,7 +84,6 @@ class ReportExportTest : public ::testing::Test {
   }
 
   testing::TestFolder folder_;
-  std::shared_ptr<MemorySettingsStore> settings_ = std::make_shared<MemorySettingsStore>();
   std::shared_ptr<Desk> desk_ = std::make_shared<Desk>();
   NativeOffice office_{desk_};
   Patience patience_;
@@ -150,10 +148,16 @@ TEST_F(ReportExportTest, OddNamesAreFilesLikeAnyOther) {
     EXPECT_TRUE(Export(ExportFormat::kText));
     EXPECT_TRUE(ReadFile(order_.name).starts_with("Cash"));
   }
-  order_.name = folder_.Path();
-  EXPECT_THROW(Export(ExportFormat::kText), Error);
-  order_.name = folder_ / "r.rpt/below a file.txt";
-  EXPECT_THROW(Export(ExportFormat::kText), Error);
+  ASSERT_EQ(::mkfifo((folder_ / "pipe").c_str(), 0600), 0);  // without a reader
+  std::filesystem::create_symlink("r.rpt", folder_ / "pages.txt");
+  for (const auto& [name, number] : {std::pair("", error_number::kPermissionDenied),
+                                     {"r.rpt/below a file.txt", error_number::kPathNotFound},
+                                     {"pipe", error_number::kBadFileName},
+                                     {"pages.txt", error_number::kPermissionDenied}}) {
+    order_.name = folder_ / name;
+    EXPECT_EQ(ErrorOf([&] { Export(ExportFormat::kText); }).Number(), number) << name;
+  }
+  EXPECT_TRUE(ReadFile(folder_ / "r.rpt").ends_with("\x0c\r\n"));
 }
 
 TEST_F(ReportExportTest, MailCarriesTheFileUnderTheNameTyped) {
@@ -175,7 +179,6 @@ TEST_F(ReportExportTest, MailCarriesTheFileUnderTheNameTyped) {
     EXPECT_EQ(desk_->mail.back().first, name.subject);
     EXPECT_EQ(desk_->mail.back().second.filename(), name.file);
     EXPECT_TRUE(ReadFile(desk_->mail.back().second).starts_with("PK"));
-    EXPECT_EQ(settings_->Read("Export", "Attachment"), name.typed);
   }
   std::string long_name;
   for (int i = 0; i < 200; ++i) long_name += "कि";
@@ -191,7 +194,6 @@ TEST_F(ReportExportTest, WhatNobodyWasGivenIsNotLeftBehind) {
   order_.name = "Sales";
   desk_->no_mail = true;
   EXPECT_TRUE(Contains(ErrorOf([&] { Export(ExportFormat::kPdf); }), "no xdg-email"));
-  EXPECT_EQ(settings_->Read("Export", "Attachment"), std::nullopt);
   patience_.steps_until_stop = 1;
   EXPECT_FALSE(Export(ExportFormat::kPdf));
   EXPECT_EQ(FilesHandedOver(), before);

@@ -89,8 +89,9 @@ TEST(RtfTextTest, EveryCharacterIsWrittenAsAscii) {
     EXPECT_EQ(rtf, expected);
   }
   std::string apart;
-  AppendRtfText(apart, "a b    c", BlankRuns::kApart);
-  EXPECT_EQ(apart, "a b \\u32? \\u32?c");
+  AppendRtfText(apart, "a b    c ", BlankRuns::kApart);
+  AppendRtfText(apart, " \u0301", BlankRuns::kApart);
+  EXPECT_EQ(apart, "a b \\u32? \\u32?c \\u32?\\u769?");
 }
 
 TEST_F(RtfDocumentTest, EveryLineIsAParagraphAndEveryPageBeginsOne) {
@@ -187,6 +188,8 @@ TEST_F(RtfDocumentTest, AFaultOrAStopLeavesTheOldFile) {
   const Error cut = ErrorOf([this] { Document(); });
   EXPECT_EQ(cut.Number(), 321);
   EXPECT_TRUE(Contains(cut, "r.rpt does not hold page 4"));
+  Write({{std::string(40000, 'x')}});
+  EXPECT_EQ(ErrorOf([this] { Document(); }).Number(), error_number::kOverflow);
   report_.job.page_count = 0;
   EXPECT_EQ(ErrorOf([this] { Document(); }).Number(), 5);
   EXPECT_EQ(testing::ReadFile(document_), "old");

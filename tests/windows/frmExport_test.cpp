@@ -84,7 +84,7 @@ class FrmExportTest : public PreviewTest {
   static void WhenBrowsing(const QString& path, Qt::Key key = Qt::Key_Return) {
     WhenModal("QFileDialog", [=](QWidget& browser) {
       EXPECT_EQ(browser.windowTitle(), "Export Report As");
-      QLineEdit& file = Child<QLineEdit>(browser, "fileNameEdit");
+      auto& file = Child<QLineEdit>(browser, "fileNameEdit");
       if (!path.isEmpty()) file.setText(path);
       QTest::keyClick(&file, key);
     });
@@ -169,7 +169,9 @@ TEST_F(FrmExportTest, WhileAnExportRunsItCanOnlyBeStopped) {
   for (std::size_t way = 0; way < ways.size(); ++way) {
     int seen = 0;
     office_->make = [&](ExportProgress& progress) {
-      QTimer::singleShot(60, dialog_, [&] {
+      QTimer user;
+      user.setSingleShot(true);
+      user.callOnTimeout([&] {
         SavePicture(*dialog_, "frmExport_running");
         EXPECT_TRUE(Part("PB").isVisible());
         const auto& bar = Part<ProgressBar>("PB");
@@ -182,6 +184,7 @@ TEST_F(FrmExportTest, WhileAnExportRunsItCanOnlyBeStopped) {
         ++seen;
         ways.at(way)();
       });
+      user.start(60);
       return RunUntilStopped(progress);
     };
     Part("OK").setFocus();
@@ -238,11 +241,17 @@ TEST_F(FrmExportTest, TheProgramMayGoOnUnderTheDialogAndDestroyItWhileItExports)
     windows.ShowPreview(report_, ShowStyle::kModeless);
     QPointer<QWidget> dialog;
     office_->make = [&](ExportProgress& progress) {
-      QTimer::singleShot(0, dialog, [&] {
-        preview()->close();
-        if (with_dialog) delete dialog;
+      QTimer program;
+      int turn = 0;
+      program.callOnTimeout([&] {
+        if (turn++ == 0) {
+          preview()->close();
+          if (with_dialog) delete dialog;
+        } else {
+          Child<Button>(*dialog, "Cancel").click();
+        }
       });
-      QTimer::singleShot(100, dialog, [&] { Child<Button>(*dialog, "Cancel").click(); });
+      program.start(0);
       return RunUntilStopped(progress);
     };
     WhenModal("frmExport", [&](QWidget& shown) {

@@ -80,9 +80,13 @@ TEST_F(PreviewTest, ShortcutsWorkInEveryBoxWithCtrlAlone) {
   Open();
   for (const char* box : {"txtPage", "txtFind"}) {
     Find(box).setFocus();
-    WhenModal("frmExport", [&](QWidget& dialog) { exports += dialog.close() ? 1 : 0; });
+    WhenModal("frmExport", [&](QWidget& dialog) {
+      exports += dialog.close() ? 1 : 0;
+      window_->activateWindow();  // which the offscreen platform leaves to us
+    });
     for (const auto key : {Qt::Key_N, Qt::Key_I, Qt::Key_E, Qt::Key_Q}) {
       Press(key, Qt::ControlModifier);
+      ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
     }
   }
   Pic().setFocus();
