@@ -25,15 +25,17 @@ namespace {
 
 constexpr const char* kTextModeFont = "Courier New";
 constexpr double kTextModePoints = 10;
-constexpr double kDigitsALetter = 1.1;  // of fonts that are not fixed-pitch, with room to spare
-constexpr double kLeftMargin = 0.25;    // inches
+// Room to spare for fonts that are not fixed-pitch, and for a sheet fitted to one page, whose small
+// letters are rounded wider.
+constexpr double kDigitsALetter = 1.1;
+constexpr double kLeftMargin = 0.25;  // inches
 constexpr std::size_t kMostLineBytes = std::size_t{1} << 20;
 
 [[noreturn]] void Overflow(const std::string& why) { throw Error(error_number::kOverflow, why); }
 
 WorkbookFont FontOf(const PrintSettings& settings) {
   if (settings.mode == kTextMode) {
-    return {kTextModeFont, kTextModePoints, {}, 1};
+    return {kTextModeFont, kTextModePoints, {}, kDigitsALetter};
   }
   constexpr double kMostPoints = 409;  // in a sheet
   CheckPoints(settings.font_size);
