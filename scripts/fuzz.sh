@@ -14,7 +14,7 @@ cmake --build --preset fuzz --target grid_json_fuzz csv_fuzz page_file_fuzz prev
 [ -w /dev/shm ] && export TMPDIR=/dev/shm
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export TMPDIR="$work"
+export TMPDIR="$work" LSAN_OPTIONS="suppressions=$root/tests/support/leaks.supp:print_suppressions=0"
 passed=0 failed=0
 
 # run NAME: runs a target; what it prints goes to its log.

@@ -49,11 +49,10 @@ std::size_t LineEnd(std::string_view lines, std::size_t place) {
   return std::min(lines.find('\n', place), lines.size() - 1) + 1;
 }
 
-void AppendLine(std::string_view line, std::string& copy) {
+std::string_view WithoutEnd(std::string_view line) {
   if (line.ends_with('\n')) line.remove_suffix(1);
   if (line.ends_with('\r')) line.remove_suffix(1);
-  copy += line;
-  copy += kLineEnd;
+  return line;
 }
 
 void AppendPlainLines(std::string_view lines, std::string& copy) {
@@ -63,7 +62,8 @@ void AppendPlainLines(std::string_view lines, std::string& copy) {
   }
   while (!lines.empty()) {
     const std::size_t size = LineEnd(lines, 0);
-    AppendLine(lines.substr(0, size), copy);
+    copy += WithoutEnd(lines.substr(0, size));
+    copy += kLineEnd;
     lines.remove_prefix(size);
   }
 }
@@ -76,9 +76,10 @@ void AppendCodeFree(std::string_view lines, std::string& copy) {
     const std::size_t begin = lines.rfind('\n', code) + 1;  // 0 where there is no line before
     AppendPlainLines(lines.substr(done, begin - done), copy);
     done = LineEnd(lines, code);
-    coded = lines.substr(begin, done - begin);
+    coded = WithoutEnd(lines.substr(begin, done - begin));
     StripCodesInPlace(coded, TitleMark::kRemove);
-    AppendLine(coded, copy);
+    copy += coded;
+    copy += kLineEnd;
   }
   AppendPlainLines(lines.substr(done), copy);
 }
