@@ -7,7 +7,7 @@
 
 namespace kel {
 
-/// A number and the number format (ECMA-376 part 1, 18.8.31) that shows it as the report does.
+/// A number and the number format (ECMA-376, 18.8.31) that shows it as the report does.
 struct CellNumber {
   double value = 0;
   std::string format;

@@ -5,7 +5,7 @@
 
 namespace kel {
 
-/// The code (ECMA-376 part 1, 18.3.1.63) of upright paper of `width` by `height` inches; 0, the
+/// The code (ECMA-376, 18.3.1.63) of upright paper of `width` by `height` inches; 0, the
 /// printer's own paper, for a size that has none.
 std::uint8_t PaperCode(double width, double height);
 

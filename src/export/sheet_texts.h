@@ -16,8 +16,8 @@ void ReplaceNonCharacters(std::string& text);
 /// A text of any bytes as one line of UTF-8 that XML can have.
 std::string TextForXml(std::string_view text);
 
-/// Appends a cell's text so that a reader who takes "_x0041_" for the character 0x41 (ECMA-376
-/// part 1, 22.9.2.19) gets the text as it is. REQUIRES text that XML can have.
+/// Appends a cell's text so that a reader who takes "_x0041_" for the character 0x41 (ECMA-376,
+/// 22.9.2.19) gets the text as it is. REQUIRES text that XML can have.
 void AppendCellText(std::string& xml, std::string_view text);
 
 /// UTF-16 units of UTF-8 text.

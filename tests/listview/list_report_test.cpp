@@ -97,17 +97,23 @@ TEST_F(ListReportTest, HasHeadingsWrappedCellsFormatsAndExactTotals) {
   EXPECT_EQ(CurrentJob().page_length, 21);
 }
 
-TEST_F(ListReportTest, PrintsAllRecordsOnEquallyLongPages) {
+TEST_F(ListReportTest, PrintsAllRecordsInTheirOrderOnEquallyLongPages) {
+  constexpr int kRecords = 20'000;
   Show(
-      "WITH RECURSIVE n(Id) AS (SELECT 1 UNION ALL SELECT Id + 1 FROM n LIMIT 30) SELECT Id FROM "
-      "n");
+      "WITH RECURSIVE n(Id) AS (SELECT 1 UNION ALL SELECT Id + 1 FROM n LIMIT 20000) "
+      "SELECT Id, Id AS Hidden, 'No ' || Id AS Name FROM n");
   records_->MoveLast();
-  const std::string text = Report({5}, ";0;");
-  EXPECT_EQ(CurrentJob().page_count, 3);
-  EXPECT_EQ(print_->Pages(), 3);
-  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3 * 21);
-  EXPECT_NE(text.find("\n    465\n"), std::string::npos);
+  const std::string text = Report({9, 0, 9}, ";0;");
+  EXPECT_EQ(print_->Pages(), CurrentJob().page_count);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), print_->Pages() * 21);
+  EXPECT_NE(text.find("\n  200010000|\n"), std::string::npos);
   EXPECT_NE(text.find("Contd...\n\f\n"), std::string::npos);
+  std::size_t place = 0;
+  for (int record = 1; record <= kRecords; ++record) {
+    const std::string number = std::to_string(record);
+    place = text.find(" " + number + "|No " + number + "\n", place);
+    ASSERT_NE(place, std::string::npos) << record;
+  }
 }
 
 TEST_F(ListReportTest, AnEmptyRecordsetGivesHeadingsAndTheEnd) {
