@@ -63,6 +63,14 @@ class ListReportGrid : public GridSource, private RecordsetEvents {
   }
   TextSide Side(std::int32_t col) override;
 
+  /// Has the texts of the next rows made, beside what follows; `row` is the first of them.
+  void ReadAhead(std::int32_t row) {
+    RequireSameRows();
+    records_texts_.ReadAhead(row - 1);
+  }
+  /// How many rows from there on can be walked over. No event may run between the two calls.
+  std::int32_t TakeRows() { return static_cast<std::int32_t>(records_texts_.TakeBlock()); }
+
   /// Totals the columns of a column list from now on.
   void Total(std::string_view col_sums);
 
@@ -169,9 +177,12 @@ class ListLayout {
 
 LaidOutPages ListLayout::Run(bool with_totals, const WaitScope& wait) {
   WriteHeadings();
-  for (std::int32_t row = 1; row < grid_.LastRow(); ++row) {
-    WriteRow(row);
-    wait.Step();
+  grid_.ReadAhead(1);
+  for (std::int32_t row = 1; row < grid_.LastRow();) {
+    const std::int32_t end = row + grid_.TakeRows();
+    wait.Step(end - row);
+    grid_.ReadAhead(end);
+    for (; row < end; ++row) WriteRow(row);
   }
   if (with_totals) WriteTotals();
   frame_.Close();

@@ -1,6 +1,8 @@
 #include "listview/list_texts.h"
 
 #include <algorithm>
+#include <system_error>
+#include <utility>
 
 #include "data/threads.h"
 
@@ -8,14 +10,29 @@ namespace kel {
 namespace {
 
 constexpr std::int64_t kPartRecords = 512;
-constexpr std::int64_t kBlockParts = 16;
+constexpr std::int64_t kBlockRecords = 8 * kPartRecords;
 
 }  // namespace
 
+void ListTexts::ReadAhead(std::int64_t first) {
+  ahead_.first = first;
+  ahead_.end = std::min(first + kBlockRecords, records_.RowsSeen());
+  try {
+    reading_ = std::async(std::launch::async, [this] { MakeBlock(); });
+  } catch (const std::system_error&) {
+    reading_ = std::async(std::launch::deferred, [this] { MakeBlock(); });  // in TakeBlock
+  }
+}
+
+std::int64_t ListTexts::TakeBlock() {
+  reading_.get();
+  std::swap(block_, ahead_);
+  return block_.end - block_.first;
+}
+
 void ListTexts::Take(std::int64_t record) {
-  if (record < first_ || record >= end_) MakeBlock(record);
-  const std::int64_t place = record - first_;
-  part_ = &parts_[static_cast<std::size_t>(place / kPartRecords)];
+  const std::int64_t place = record - block_.first;
+  part_ = &block_.parts[static_cast<std::size_t>(place / kPartRecords)];
   cell_ = static_cast<std::size_t>(place % kPartRecords) * columns_.size();
 }
 
@@ -25,16 +42,14 @@ std::string_view ListTexts::Text(std::size_t column) const {
   return std::string_view(part_->text).substr(begin, part_->ends[cell] - begin);
 }
 
-void ListTexts::MakeBlock(std::int64_t first) {
-  end_ = first_ = first;  // nothing, should a text fail
-  const std::int64_t end = std::min(first + kPartRecords * kBlockParts, records_.RowsSeen());
-  const auto parts = static_cast<std::size_t>((end - first + kPartRecords - 1) / kPartRecords);
-  parts_.resize(std::max(parts_.size(), parts));
+void ListTexts::MakeBlock() {
+  const std::int64_t records = std::max<std::int64_t>(ahead_.end - ahead_.first, 0);
+  const auto parts = static_cast<std::size_t>((records + kPartRecords - 1) / kPartRecords);
+  ahead_.parts.resize(std::max(ahead_.parts.size(), parts));
   RunOnThreads(parts, [&](std::size_t /*thread*/, std::size_t i) {
-    const std::int64_t begin = first + static_cast<std::int64_t>(i) * kPartRecords;
-    MakePart(begin, std::min(begin + kPartRecords, end), parts_[i]);
+    const std::int64_t first = ahead_.first + static_cast<std::int64_t>(i) * kPartRecords;
+    MakePart(first, std::min(first + kPartRecords, ahead_.end), ahead_.parts[i]);
   });
-  end_ = end;
 }
 
 void ListTexts::MakePart(std::int64_t first, std::int64_t end, Part& part) const {
