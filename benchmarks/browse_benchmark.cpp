@@ -8,7 +8,6 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <limits>
@@ -23,19 +22,16 @@
 #include "engine/recordset_grid.h"
 #include "listview/list_model.h"
 #include "listview/list_report.h"
+#include "side_by_side.h"
 
 namespace {
 
 using kel::Value;
+using kel::benchmarks::Cat;
+using kel::benchmarks::Seconds;
 
 constexpr int kRuns = 3;
 constexpr double kForever = std::numeric_limits<double>::max();
-
-double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 void Check(const std::optional<kel::Error>& failure) {
   if (failure) throw kel::Error(*failure);
@@ -161,11 +157,6 @@ std::vector<kel::ListColumn> ReportedColumns(const kel::Recordset& records) {
   }
   columns[kTotalled].format = kel::FormatPattern("#,##0.00");
   return columns;
-}
-
-void Cat(const std::string& from, const std::string& to) {
-  const std::string command = "cat '" + from + "' > '" + to + "'";
-  if (std::system(command.c_str()) != 0) throw kel::Error(1, "cat failed");
 }
 
 void Report(const char* path) {

@@ -2,16 +2,11 @@
 // Files lie on the memory file system, so that the disk takes no part in it.
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <new>
 #include <string>
 #include <vector>
@@ -19,6 +14,7 @@
 #include "common/file.h"
 #include "engine/memory_grid.h"
 #include "engine/report_layout.h"
+#include "side_by_side.h"
 
 namespace {
 
@@ -37,6 +33,9 @@ void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 namespace kel {
 namespace {
 
+using benchmarks::Cat;
+using benchmarks::Seconds;
+
 constexpr std::array<Cells, 8> kWidths = {8, 14, 24, 10, 14, 14, 2, 20};
 
 MemoryGrid Books(std::int32_t rows) {
@@ -50,25 +49,6 @@ MemoryGrid Books(std::int32_t rows) {
                  "narration " + std::to_string(i % 1000)});
   }
   return grid;
-}
-
-double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-void Cat(const std::string& from, const std::string& to) {
-  const pid_t child = fork();
-  if (child == 0) {
-    const int out = open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(out, STDOUT_FILENO);
-    execlp("cat", "cat", from.c_str(), nullptr);
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (status != 0) std::abort();
 }
 
 PrintSettings Settings() {

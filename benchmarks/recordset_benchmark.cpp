@@ -5,19 +5,17 @@
 #include <malloc.h>
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <limits>
 #include <random>
 #include <string>
 
 #include "data/Recordset.h"
 #include "data/decimal_sum.h"
 #include "data/sqlite.h"
+#include "side_by_side.h"
 
 namespace {
 
@@ -28,18 +26,8 @@ using kel::Recordset;
 
 constexpr const char* kAllRows = "SELECT * FROM Ledger";
 
-double SecondsOf(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 /// The least of three runs.
-double Seconds(const std::function<void()>& work) {
-  double best = std::numeric_limits<double>::max();
-  for (int run = 0; run < 3; ++run) best = std::min(best, SecondsOf(work));
-  return best;
-}
+double Seconds(const std::function<void()>& work) { return kel::benchmarks::BestSeconds(3, work); }
 
 void Check(int code, sqlite3* database) {
   if (code == SQLITE_OK || code == SQLITE_ROW || code == SQLITE_DONE) return;
@@ -203,7 +191,7 @@ void Run(const char* path) {
   records.Filter("");
 
   kel::DecimalSum sum;
-  const double ours = SecondsOf([&] {
+  const double ours = kel::benchmarks::Seconds([&] {
     for (records.MoveFirst(); !records.EndOfFile(); records.MoveNext()) {
       sum.Add(records.FieldCell(4));
     }

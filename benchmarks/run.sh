@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the benchmarks; each prints a ratio to its yardstick, measured in the same run.
-#   benchmarks/run.sh [report|layout|words|preview|search|pdf|sheet|spool|recordset|toolkit|browse]...    all unless named
+#   benchmarks/run.sh [report|layout|words|preview|search|pdf|sheet|text|spool|recordset|toolkit|browse]...    all unless named
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +8,7 @@ here="$root/benchmarks"
 "$root/scripts/setup.sh"
 cd "$root"
 cmake --preset release -DKELDLL_BUILD_BENCHMARKS=ON >/dev/null
-cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark sheet_benchmark \
+cmake --build --preset release --target keldll_cli layout_benchmark words_benchmark preview_benchmark search_benchmark pdf_benchmark sheet_benchmark text_benchmark \
   spool_benchmark recordset_benchmark toolkit_benchmark browse_benchmark
 build="$root/build/release"
 
@@ -107,6 +107,12 @@ sheet_benchmark() {
   rm "$work"/*.xlsx "$work/r.rpt"
 }
 
+text_benchmark() {
+  mkdir "$work/text"
+  "$build/benchmarks/text_benchmark" "$work/text" 15000
+  rm -r "$work/text"
+}
+
 spool_benchmark() {
   mkdir "$work/spool"
   KELDLL_SPOOL="$build/keldll-spool" "$build/benchmarks/spool_benchmark" 10000 "$work/spool"
@@ -141,6 +147,6 @@ browse_benchmark() {
   rm -r "$work/tables"
 }
 
-for name in "${@:-report layout words preview search pdf sheet spool recordset toolkit browse}"; do
+for name in "${@:-report layout words preview search pdf sheet text spool recordset toolkit browse}"; do
   for benchmark in $name; do "${benchmark}_benchmark"; done
 done

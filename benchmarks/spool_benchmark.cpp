@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -18,18 +17,14 @@
 #include <vector>
 
 #include "platform/posix/spooler_port.h"
+#include "side_by_side.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using kel::benchmarks::Seconds;
 
 constexpr int kRuns = 15;
-
-double Seconds(const std::function<void()>& work) {
-  const auto begun = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
-}
 
 // Takes what comes through a FIFO, as a printer without limits would.
 void Drain(const fs::path& fifo) {

@@ -2,20 +2,14 @@
 //
 //     text_benchmark FOLDER PAGES
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <string>
 
 #include "engine/page_file_writer.h"
 #include "export/native_office.h"
+#include "side_by_side.h"
 
 namespace {
 
@@ -28,29 +22,8 @@ class NoProgress : public kel::ExportProgress {
   bool Step(std::int64_t /*steps*/) override { return true; }
 };
 
-double BestSeconds(const std::function<void()>& work) {
-  double best = 1e9;
-  for (int run = 0; run < kRuns; ++run) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    best = std::min(best, time.count());
-  }
-  return best;
-}
-
-void Cat(const std::filesystem::path& from, const std::filesystem::path& to) {
-  const pid_t child = fork();
-  if (child == 0) {
-    const int out = open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(out, STDOUT_FILENO);
-    execlp("cat", "cat", from.c_str(), nullptr);
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (status != 0) std::abort();
-}
+using kel::benchmarks::BestSeconds;
+using kel::benchmarks::Cat;
 
 // Pages of a ledger; one line of `coded` holds codes.
 kel::ReportSnapshot WritePages(const std::filesystem::path& path, int pages, int coded) {
@@ -85,11 +58,11 @@ void Compare(const std::filesystem::path& folder, int pages, int coded, const ch
   const kel::ReportSnapshot report = WritePages(folder / "r.rpt", pages, coded);
   kel::NativeOffice office(nullptr);
   NoProgress progress;
-  const double ours = BestSeconds([&] {
+  const double ours = BestSeconds(kRuns, [&] {
     office.MakeFile(kel::ExportFormat::kText, report, folder / "r.txt", kel::Handover::kKeep,
                     progress);
   });
-  const double cat = BestSeconds([&] { Cat(report.page_file, folder / "copy.txt"); });
+  const double cat = BestSeconds(kRuns, [&] { Cat(report.page_file, folder / "copy.txt"); });
   const auto bytes = static_cast<double>(std::filesystem::file_size(report.page_file));
   std::printf("text: %.0f MB, %s: %.1f ms, cat %.1f ms, ratio %.2f\n", bytes / 1e6, what,
               ours * 1e3, cat * 1e3, ours / cat);

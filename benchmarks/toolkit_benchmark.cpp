@@ -4,13 +4,10 @@
 
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,6 +15,7 @@
 #include "common/names.h"
 #include "common/object.h"
 #include "data/sqlite.h"
+#include "side_by_side.h"
 #include "toolkit/CZURDLL.h"
 
 namespace {
@@ -33,14 +31,7 @@ constexpr std::array kNames = {"AccCode", "AccName", "City",     "Opened",
 
 /// The least of some runs.
 double Seconds(const std::function<void()>& work) {
-  double best = std::numeric_limits<double>::max();
-  for (int run = 0; run < kRuns; ++run) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    best = std::min(best, seconds.count());
-  }
-  return best;
+  return kel::benchmarks::BestSeconds(kRuns, work);
 }
 
 /// A control that takes everything and keeps one text.

@@ -6,6 +6,8 @@
 #include <array>
 #include <utility>
 
+#include "common/code_point.h"
+
 namespace kel {
 
 namespace {
@@ -44,12 +46,9 @@ std::vector<FoldedPair> AllFolded() {
 Character FoldedCharacter(std::string_view text) {
   const auto first = static_cast<unsigned char>(text.front());
   if (first < kFirstNonAscii) return {FoldAscii(first), 1};
-  utf8proc_int32_t value = 0;
-  const utf8proc_ssize_t bytes =
-      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                       static_cast<utf8proc_ssize_t>(text.size()), &value);
-  if (bytes <= 0) return {-1 - first, 1};
-  return {Fold(value), static_cast<std::size_t>(bytes)};
+  const CodePoint character = FirstCodePoint(text);
+  if (!character.IsValid()) return {-1 - first, 1};
+  return {Fold(character.value), character.bytes};
 }
 
 std::int32_t Fold(std::int32_t code_point) {

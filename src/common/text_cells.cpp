@@ -6,6 +6,8 @@
 #include <cstring>
 #include <limits>
 
+#include "common/code_point.h"
+
 namespace kel {
 namespace {
 
@@ -51,23 +53,6 @@ std::size_t AsciiRun(std::string_view text, std::size_t limit) {
   return run;
 }
 
-struct CodePoint {
-  utf8proc_int32_t value = -1;  // negative: the byte is not part of valid UTF-8
-  std::size_t bytes = 1;
-
-  bool IsValid() const { return value >= 0; }
-};
-
-CodePoint Decode(std::string_view text) {
-  CodePoint decoded;
-  const utf8proc_ssize_t bytes =
-      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                       static_cast<utf8proc_ssize_t>(text.size()), &decoded.value);
-  if (bytes <= 0) return {};
-  decoded.bytes = static_cast<std::size_t>(bytes);
-  return decoded;
-}
-
 Cells WidthOf(CodePoint decoded) {
   if (decoded.value < kFirstNonAscii) return 1;  // ASCII, and bytes that are no UTF-8
   return std::clamp<Cells>(utf8proc_charwidth(decoded.value), 0, kWidest);
@@ -106,13 +91,13 @@ std::string CleanText(std::string_view text) {
 }
 
 TextPiece FirstGrapheme(std::string_view text) noexcept {
-  CodePoint last = Decode(text);
+  CodePoint last = FirstCodePoint(text);
   TextPiece grapheme{last.bytes, WidthOf(last)};
   if (!last.IsValid()) return grapheme;
   utf8proc_int32_t break_state = 0;
   // An ASCII character never continues a grapheme, also not one that Unicode would join to it.
   while (grapheme.bytes < text.size() && !IsAscii(text[grapheme.bytes])) {
-    const CodePoint next = Decode(text.substr(grapheme.bytes));
+    const CodePoint next = FirstCodePoint(text.substr(grapheme.bytes));
     if (!next.IsValid() || utf8proc_grapheme_break_stateful(last.value, next.value, &break_state)) {
       break;
     }

@@ -3,7 +3,9 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 
+#include "common/code_point.h"
 #include "common/pattern_reader.h"
 #include "common/text_cells.h"
 
@@ -95,19 +97,17 @@ void TextPattern::AppendCharacters(Case letter_case, std::string_view characters
     return;
   }
   while (!characters.empty()) {
-    utf8proc_int32_t value = 0;
-    std::array<utf8proc_uint8_t, 4> bytes{};
-    const utf8proc_ssize_t read =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(characters.data()),
-                         static_cast<utf8proc_ssize_t>(characters.size()), &value);
-    if (read > 0) {
-      value = letter_case == Case::kLower ? utf8proc_tolower(value) : utf8proc_toupper(value);
-      const utf8proc_ssize_t count = utf8proc_encode_char(value, bytes.data());
+    const CodePoint first = FirstCodePoint(characters);
+    if (first.IsValid()) {
+      const std::int32_t changed = letter_case == Case::kLower ? utf8proc_tolower(first.value)
+                                                               : utf8proc_toupper(first.value);
+      std::array<utf8proc_uint8_t, 4> bytes{};
+      const utf8proc_ssize_t count = utf8proc_encode_char(changed, bytes.data());
       text.append(bytes.begin(), bytes.begin() + count);
     } else {
       text += characters[0];
     }
-    characters.remove_prefix(read > 0 ? static_cast<std::size_t>(read) : 1);
+    characters.remove_prefix(first.bytes);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "common/code_point.h"
 #include "common/error.h"
 
 namespace kel {
@@ -61,15 +62,13 @@ bool HasAll(FcPattern* font, std::string_view text) {
   FcCharSet* characters = nullptr;
   if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) return false;
   while (!text.empty()) {
-    utf8proc_int32_t character = 0;
-    const utf8proc_ssize_t bytes =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &character);
-    if (bytes <= 0) return false;
-    if (IsSeen(character) && !FcCharSetHasChar(characters, static_cast<FcChar32>(character))) {
+    const CodePoint character = FirstCodePoint(text);
+    if (!character.IsValid()) return false;
+    if (IsSeen(character.value) &&
+        !FcCharSetHasChar(characters, static_cast<FcChar32>(character.value))) {
       return false;
     }
-    text.remove_prefix(static_cast<std::size_t>(bytes));
+    text.remove_prefix(character.bytes);
   }
   return true;
 }

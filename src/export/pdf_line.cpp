@@ -5,34 +5,23 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "common/code_point.h"
+
 namespace kel {
 namespace {
 
 constexpr Cells kMostCellsBetweenWords = 3;
 
-// Whether `take` is true of the properties of every character; asks no further than it must.
-template <typename Take>
-bool EveryCharacter(std::string_view text, Take take) {
-  while (!text.empty()) {
-    utf8proc_int32_t character = 0;
-    const utf8proc_ssize_t bytes =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &character);
-    if (bytes <= 0 || !take(*utf8proc_get_property(character))) return false;
-    text.remove_prefix(static_cast<std::size_t>(bytes));
-  }
-  return true;
+bool BeginsRightToLeft(std::string_view text) {
+  const CodePoint first = FirstCodePoint(text);
+  return first.IsValid() && IsRightToLeft(first);
 }
 
-// By the bidirectional classes of Unicode annex 9.
-bool IsRightToLeft(std::string_view text) {
-  bool right_to_left = false;
-  EveryCharacter(text, [&](const utf8proc_property_t& character) {
-    right_to_left = character.bidi_class == UTF8PROC_BIDI_CLASS_R ||
-                    character.bidi_class == UTF8PROC_BIDI_CLASS_AL;
-    return false;  // the first one decides
-  });
-  return right_to_left;
+bool IsBetweenWords(const utf8proc_property_t& character) {
+  return !character.bidi_mirrored && (character.bidi_class == UTF8PROC_BIDI_CLASS_ON ||
+                                      character.bidi_class == UTF8PROC_BIDI_CLASS_WS ||
+                                      character.bidi_class == UTF8PROC_BIDI_CLASS_CS ||
+                                      character.bidi_class == UTF8PROC_BIDI_CLASS_ES);
 }
 
 // Whether a run may stand between two words of one text. Brackets may have their other one outside.
@@ -40,12 +29,14 @@ bool IsBetweenWords(std::string_view text) {
   if (text.find("  ") != std::string_view::npos || text.find('|') != std::string_view::npos) {
     return false;
   }
-  return EveryCharacter(text, [](const utf8proc_property_t& character) {
-    return !character.bidi_mirrored && (character.bidi_class == UTF8PROC_BIDI_CLASS_ON ||
-                                        character.bidi_class == UTF8PROC_BIDI_CLASS_WS ||
-                                        character.bidi_class == UTF8PROC_BIDI_CLASS_CS ||
-                                        character.bidi_class == UTF8PROC_BIDI_CLASS_ES);
-  });
+  while (!text.empty()) {
+    const CodePoint character = FirstCodePoint(text);
+    if (!character.IsValid() || !IsBetweenWords(*utf8proc_get_property(character.value))) {
+      return false;
+    }
+    text.remove_prefix(character.bytes);
+  }
+  return true;
 }
 
 struct RunGroup {
@@ -57,13 +48,13 @@ struct RunGroup {
 RunGroup GroupFrom(const PageText& page, std::uint32_t first, std::uint32_t line_end) {
   const TextRun& begin = page.runs[first];
   RunGroup group{first + 1, Direction::kLeftToRight};
-  if (begin.plain || !IsRightToLeft(page.TextOf(begin))) return group;
+  if (begin.plain || !BeginsRightToLeft(page.TextOf(begin))) return group;
   group.direction = Direction::kRightToLeft;
   Cells between = 0;
   for (std::uint32_t i = first + 1; i < line_end; ++i) {
     const TextRun& run = page.runs[i];
     if (run.bold != begin.bold || run.underline != begin.underline) break;
-    if (!run.plain && IsRightToLeft(page.TextOf(run))) {
+    if (!run.plain && BeginsRightToLeft(page.TextOf(run))) {
       group.end = i + 1;
       between = 0;
       continue;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <utility>
 
+#include "common/code_point.h"
 #include "common/text_cells.h"
 
 namespace kel {
@@ -101,13 +102,10 @@ void Append(ShapedText& shaped, GlyphCluster cluster) {
 std::string TextForPdf(std::string_view text) {
   std::string valid;
   while (!text.empty()) {
-    utf8proc_int32_t character = 0;
-    const utf8proc_ssize_t bytes =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &character);
-    const auto taken = static_cast<std::size_t>(std::max<utf8proc_ssize_t>(bytes, 1));
-    valid += bytes > 0 && !IsNoncharacter(character) ? text.substr(0, taken) : kReplacement;
-    text.remove_prefix(taken);
+    const CodePoint character = FirstCodePoint(text);
+    const bool usable = character.IsValid() && !IsNoncharacter(character.value);
+    valid += usable ? text.substr(0, character.bytes) : kReplacement;
+    text.remove_prefix(character.bytes);
   }
   return valid;
 }

@@ -1,10 +1,9 @@
 #include "export/rtf_font.h"
 
-#include <utf8proc.h>
-
 #include <cmath>
 #include <utility>
 
+#include "common/code_point.h"
 #include "common/error.h"
 #include "common/names.h"
 #include "export/pdf_shaping.h"
@@ -21,11 +20,8 @@ constexpr std::size_t kMostWidths = 16384;
 
 // The only character of a text; 0 when it has more.
 char32_t OnlyCharacter(std::string_view text) {
-  utf8proc_int32_t character = 0;
-  const utf8proc_ssize_t bytes =
-      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                       static_cast<utf8proc_ssize_t>(text.size()), &character);
-  return bytes == static_cast<utf8proc_ssize_t>(text.size()) ? static_cast<char32_t>(character) : 0;
+  const CodePoint first = FirstCodePoint(text);
+  return first.IsValid() && first.bytes == text.size() ? static_cast<char32_t>(first.value) : 0;
 }
 
 }  // namespace

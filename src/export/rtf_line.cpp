@@ -1,11 +1,10 @@
 #include "export/rtf_line.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
 #include <cmath>
 #include <span>
 
+#include "common/code_point.h"
 #include "engine/page_format.h"
 
 namespace kel {
@@ -26,17 +25,11 @@ struct PaperRun {
   Cells cells = 0;
 };
 
-// By the bidirectional classes of Unicode annex 9.
 bool HasRightToLeft(std::string_view text) {
   while (!text.empty()) {
-    utf8proc_int32_t character = 0;
-    const utf8proc_ssize_t bytes =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &character);
-    if (bytes <= 0) return false;
-    const auto direction = utf8proc_get_property(character)->bidi_class;
-    if (direction == UTF8PROC_BIDI_CLASS_R || direction == UTF8PROC_BIDI_CLASS_AL) return true;
-    text.remove_prefix(static_cast<std::size_t>(bytes));
+    const CodePoint character = FirstCodePoint(text);
+    if (character.IsValid() && IsRightToLeft(character)) return true;
+    text.remove_prefix(character.bytes);
   }
   return false;
 }

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdint>
 
+#include "common/code_point.h"
+
 namespace kel {
 namespace {
 
@@ -31,18 +33,16 @@ bool IsText(utf8proc_int32_t character) {
   }
 }
 
-void AppendUnit(std::string& rtf, utf8proc_int32_t unit) {
+void AppendUnit(std::string& rtf, std::int32_t unit) {
   AppendRtfControl(rtf, "\\u", static_cast<std::int16_t>(unit));
   rtf.push_back('?');
 }
 
 // Appends the first character of a text; returns its bytes.
 std::size_t AppendCharacter(std::string& rtf, std::string_view text) {
-  utf8proc_int32_t character = 0;
-  const utf8proc_ssize_t bytes =
-      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                       static_cast<utf8proc_ssize_t>(text.size()), &character);
-  if (bytes <= 0 || !IsText(character)) character = kReplacement;
+  const CodePoint first = FirstCodePoint(text);
+  const std::int32_t character =
+      first.IsValid() && IsText(first.value) ? first.value : kReplacement;
   if (character == '\\' || character == '{' || character == '}') {
     rtf.push_back('\\');
     rtf.push_back(static_cast<char>(character));
@@ -52,7 +52,7 @@ std::size_t AppendCharacter(std::string& rtf, std::string_view text) {
     AppendUnit(rtf, 0xD800 + ((character - kFirstOfTwoUnits) >> 10));
     AppendUnit(rtf, 0xDC00 + ((character - kFirstOfTwoUnits) & 0x3FF));
   }
-  return static_cast<std::size_t>(std::max<utf8proc_ssize_t>(bytes, 1));
+  return first.bytes;
 }
 
 void AppendBlanks(std::string& rtf, std::size_t count, BlankRuns blanks) {

@@ -8,10 +8,10 @@
 
 #include "common/error.h"
 #include "export/pdf_tools.h"
+#include "export/report_fixture.h"
 #include "support/child_process.h"
 #include "support/errors.h"
 #include "support/file_size_limit.h"
-#include "support/test_folder.h"
 
 namespace kel {
 namespace {
@@ -20,44 +20,17 @@ using testing::Contains;
 using testing::ErrorOf;
 using testing::InfoOf;
 using testing::LaidOutText;
+using testing::Lines;
 using testing::PdfPicture;
 using testing::PdfWord;
 using testing::RawText;
 using testing::WordsOf;
 
-using Lines = std::vector<std::string>;
-
 constexpr double kLeft = 18;  // of the printed area, in points
 constexpr double kTop = 5.4;
 
-class PdfReportTest : public ::testing::Test {
+class PdfReportTest : public testing::ReportTest {
  protected:
-  PdfReportTest() {
-    report_.page_file = folder_ / "r.rpt";
-    report_.settings.mode = "DOS";
-    report_.settings.font = "10 cpi";
-    report_.settings.font_size = 10;
-    report_.settings.page_width = 8.5;
-    report_.settings.page_height = 12;
-    report_.settings.portrait = true;
-    report_.job.first_page = 1;
-    report_.job.page_width = 80;
-  }
-
-  void Write(const std::vector<Lines>& pages) {
-    std::string file;
-    auto offsets = std::make_shared<std::vector<std::uint64_t>>();
-    for (const Lines& page : pages) {
-      offsets->push_back(file.size());
-      for (const std::string& line : page) file += line + "\r\n";
-      file += "\x0c\r\n";
-    }
-    testing::WriteFile(report_.page_file, file);
-    report_.job.page_offsets = offsets;
-    report_.job.page_count = static_cast<std::int32_t>(pages.size());
-    report_.job.page_length = static_cast<std::int32_t>(pages.front().size()) + 1;
-  }
-
   std::filesystem::path Pdf() {
     OutputFile file(pdf_);
     EXPECT_TRUE(WritePdfReport(report_, file, {}));
@@ -65,9 +38,7 @@ class PdfReportTest : public ::testing::Test {
     return pdf_;
   }
 
-  testing::TestFolder folder_;
   std::filesystem::path pdf_ = folder_ / "r.pdf";
-  ReportSnapshot report_;
 };
 
 // The words of a line and their columns, codes left out.
@@ -100,14 +71,14 @@ TEST_F(PdfReportTest, MoreShapedLettersThanAFontOfAPdfHoldsAreReadAsTheyAreWritt
     lines.push_back(line);
     expected += line + "\n";
   }
-  Write({lines});
+  WritePages({lines});
   EXPECT_EQ(LaidOutText(Pdf()), expected);
 }
 
 TEST_F(PdfReportTest, WordsOfAProportionalFontAreRead) {
   report_.settings.mode = "WINDOWS";
   report_.settings.font = "DejaVu Sans";
-  Write({{"Cash in hand (Main), 31%    1,250.00 | @W", "\x01\033EWilliam\033F    2,500.00"}});
+  WritePages({{"Cash in hand (Main), 31%    1,250.00 | @W", "\x01\033EWilliam\033F    2,500.00"}});
   EXPECT_EQ(LaidOutText(Pdf()), "Cash in hand (Main), 31% 1,250.00 | @W\nWilliam 2,500.00\n");
 }
 
@@ -123,7 +94,7 @@ TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
       "日本語 会社 | 😀 | 漢字",
       "bad \xff\xff end \xef\xbf\xbf.",
   };
-  Write({lines, lines});
+  WritePages({lines, lines});
   const std::string info = InfoOf(Pdf());
   EXPECT_NE(info.find("Title:           ACME Traders\n"), std::string::npos) << info;
   EXPECT_NE(info.find("Pages:           2\n"), std::string::npos);
@@ -174,7 +145,7 @@ TEST_F(PdfReportTest, EveryWordStandsInItsCellsAndReadsAsItIsWritten) {
 }
 
 TEST_F(PdfReportTest, WordsFromRightToLeftStayInTheirColumns) {
-  Write({{"1008 חברה שלום בע\"מ 5.00", "1009 مرحبا السلام بَيت 6.00", "שלום  ארוך|עולם  z"}});
+  WritePages({{"1008 חברה שלום בע\"מ 5.00", "1009 مرحبا السلام بَيت 6.00", "שלום  ארוך|עולם  z"}});
   const std::string text = RawText(Pdf());
   EXPECT_NE(text.find("1008 חברה שלום בע\"מ 5.00"), std::string::npos) << text;
   EXPECT_NE(text.find("1009 مرحبا السلام بَيت 6.00"), std::string::npos) << text;
@@ -226,7 +197,7 @@ TEST_F(PdfReportTest, NothingFallsOffThePaperAndAllPagesAreAlike) {
     const Lines page(10, full);
     Lines wide = page;
     wide[5].append(full).append(full).append(" last");
-    Write({page, wide, page});
+    WritePages({page, wide, page});
     Pdf();
     const PdfPicture picture(pdf_, 2);
     EXPECT_EQ(picture.width, static_cast<int>(72 * (c.portrait ? c.width : c.height)));
@@ -253,7 +224,7 @@ TEST_F(PdfReportTest, NothingFallsOffThePaperAndAllPagesAreAlike) {
 }
 
 TEST_F(PdfReportTest, BadSettingsAreRefusedBeforeAnythingIsWritten) {
-  Write({{"x"}});
+  WritePages({{"x"}});
   const ReportSnapshot good = report_;
   constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
   const std::vector<std::function<void(ReportSnapshot&)>> faults = {
@@ -278,7 +249,7 @@ TEST_F(PdfReportTest, BadSettingsAreRefusedBeforeAnythingIsWritten) {
 
 TEST_F(PdfReportTest, AFaultOrAStopLeavesTheOldFile) {
   const Lines page(60, std::string(70, 'x') + " नकद");
-  Write(std::vector<Lines>(400, page));
+  WritePages(std::vector<Lines>(400, page));
   testing::WriteFile(pdf_, "old");
   {
     const testing::FileSizeLimit full_disk(4096);
@@ -303,7 +274,7 @@ TEST_F(PdfReportTest, AFaultOrAStopLeavesTheOldFile) {
 }
 
 TEST_F(PdfReportTest, WithoutAnyFontThereIsAnError) {
-  Write({{"x"}});
+  WritePages({{"x"}});
   EXPECT_TRUE(testing::Succeeded(testing::StartChild([this] {
     FcConfigSetCurrent(FcConfigCreate());
     return ErrorOf([this] { Pdf(); }).Number() == 5;

@@ -7,44 +7,20 @@
 #include <vector>
 
 #include "common/error.h"
+#include "export/report_fixture.h"
 #include "export/rtf_text.h"
 #include "support/errors.h"
 #include "support/file_size_limit.h"
-#include "support/test_folder.h"
 
 namespace kel {
 namespace {
 
 using testing::Contains;
 using testing::ErrorOf;
+using testing::Lines;
 
-using Lines = std::vector<std::string>;
-
-class RtfDocumentTest : public ::testing::Test {
+class RtfDocumentTest : public testing::ReportTest {
  protected:
-  RtfDocumentTest() {
-    report_.page_file = folder_ / "r.rpt";
-    report_.settings.mode = "DOS";
-    report_.settings.font = "10 cpi";
-    report_.settings.font_size = 10;
-    report_.settings.page_width = 8.5;
-    report_.settings.page_height = 12;
-    report_.settings.portrait = true;
-    report_.job.first_page = 1;
-    report_.job.page_width = 80;
-  }
-
-  void Write(const std::vector<Lines>& pages) {
-    std::string file;
-    for (const Lines& page : pages) {
-      for (const std::string& line : page) file += line + "\r\n";
-      file += "\x0c\r\n";
-    }
-    testing::WriteFile(report_.page_file, file);
-    report_.job.page_count = static_cast<std::int32_t>(pages.size());
-    report_.job.page_length = static_cast<std::int32_t>(pages.front().size()) + 1;
-  }
-
   std::string Document() {
     OutputFile file(document_);
     EXPECT_TRUE(WriteRtfDocument(report_, file, {}));
@@ -52,9 +28,7 @@ class RtfDocumentTest : public ::testing::Test {
     return testing::ReadFile(document_);
   }
 
-  testing::TestFolder folder_;
   std::filesystem::path document_ = folder_ / "r.doc";
-  ReportSnapshot report_;
 };
 
 std::size_t CountOf(const std::string& text, const std::string& word) {
@@ -101,7 +75,7 @@ TEST_F(RtfDocumentTest, EveryLineIsAParagraphAndEveryPageBeginsOne) {
                       "\x01\033-12,500.00\033-0 \033-1\033Eboth\033F\033-0",
                       "  a  b  ",
                       ""};
-  Write({page, page, page});
+  WritePages({page, page, page});
   const std::string rtf = Document();
   EXPECT_EQ(CountOf(rtf, "\\par\n"), 3 * page.size() - 1);
   EXPECT_EQ(CountOf(rtf, "\\pagebb"), 2U);
@@ -118,7 +92,8 @@ TEST_F(RtfDocumentTest, EveryLineIsAParagraphAndEveryPageBeginsOne) {
 }
 
 TEST_F(RtfDocumentTest, WhatFollowsTextOfOtherFontsBeginsAtItsCell) {
-  Write({{"नकद खाता   |  1,250.00", "1008 שלום 5.00", "日本語日本語|x", "plain      |  7.00"}});
+  WritePages(
+      {{"नकद खाता   |  1,250.00", "1008 שלום 5.00", "日本語日本語|x", "plain      |  7.00"}});
   const std::string rtf = Document();
   EXPECT_NE(rtf.find("\\tx1080\\plain"), std::string::npos) << rtf;
   EXPECT_NE(rtf.find("?\\tab |  1,250.00\\par"), std::string::npos);
@@ -155,7 +130,7 @@ TEST_F(RtfDocumentTest, LettersAndLinesFitThePaper) {
     report_.settings.page_height = c.height;
     report_.settings.portrait = c.portrait;
     report_.job.page_width = c.columns;
-    Write({Lines(static_cast<std::size_t>(c.lines), "x")});
+    WritePages({Lines(static_cast<std::size_t>(c.lines), "x")});
     const std::string rtf = Document();
     EXPECT_EQ(NumberOf(rtf, "paperw"), c.paper_width);
     EXPECT_EQ(NumberOf(rtf, "paperh"), c.paper_height);
@@ -165,14 +140,14 @@ TEST_F(RtfDocumentTest, LettersAndLinesFitThePaper) {
               c.mode == std::string("WINDOWS") && !c.portrait ? 1U : 0U);
   }
   const Lines narrow(3, "x");
-  Write({narrow, Lines(3, std::string(160, 'x')), narrow});
+  WritePages({narrow, Lines(3, std::string(160, 'x')), narrow});
   report_.job.page_width = 80;
   report_.settings.page_width = 8.5;
   EXPECT_EQ(CountOf(Document(), "\\fs20\\"), 2U) << "only the wide page is set smaller";
 }
 
 TEST_F(RtfDocumentTest, AFaultOrAStopLeavesTheOldFile) {
-  Write(std::vector<Lines>(400, Lines(60, std::string(70, 'x') + " नकद")));
+  WritePages(std::vector<Lines>(400, Lines(60, std::string(70, 'x') + " नकद")));
   testing::WriteFile(document_, "old");
   {
     const testing::FileSizeLimit full_disk(4096);
@@ -188,7 +163,7 @@ TEST_F(RtfDocumentTest, AFaultOrAStopLeavesTheOldFile) {
   const Error cut = ErrorOf([this] { Document(); });
   EXPECT_EQ(cut.Number(), 321);
   EXPECT_TRUE(Contains(cut, "r.rpt does not hold page 4"));
-  Write({{std::string(40000, 'x')}});
+  WritePages({{std::string(40000, 'x')}});
   EXPECT_EQ(ErrorOf([this] { Document(); }).Number(), error_number::kOverflow);
   report_.job.page_count = 0;
   EXPECT_EQ(ErrorOf([this] { Document(); }).Number(), 5);

@@ -11,40 +11,27 @@
 
 #include "common/error.h"
 #include "export/pdf_tools.h"
+#include "export/report_fixture.h"
 #include "support/errors.h"
 #include "support/file_size_limit.h"
-#include "support/test_folder.h"
 
 namespace kel {
 namespace {
 
 using testing::Contains;
 using testing::ErrorOf;
+using testing::Lines;
 using testing::OutputOf;
 
-using Lines = std::vector<std::string>;
-
-class WorkbookReportTest : public ::testing::Test {
+class WorkbookReportTest : public testing::ReportTest {
  protected:
   WorkbookReportTest() {
-    report_.page_file = folder_ / "r.rpt";
-    report_.settings.mode = "DOS";
-    report_.settings.page_width = 8.5;
     report_.settings.page_height = 11;
-    report_.settings.portrait = true;
-    report_.job.first_page = 1;
     report_.job.columns = {{8, TextSide::kLeft}, {12, TextSide::kRight}};
   }
 
-  void WritePages(const Lines& page, std::int32_t count = 1) {
-    std::string text;
-    for (const std::string& line : page) text += line + "\r\n";
-    text += "\x0c\r\n";
-    std::string file;
-    for (std::int32_t i = 0; i < count; ++i) file += text;
-    testing::WriteFile(report_.page_file, file);
-    report_.job.page_count = count;
-    report_.job.page_length = static_cast<std::int32_t>(page.size()) + 1;
+  void WritePage(const Lines& page, std::size_t count = 1) {
+    WritePages(std::vector<Lines>(count, page));
   }
 
   bool Write(const SheetLimits& limits = {}) {
@@ -96,17 +83,15 @@ class WorkbookReportTest : public ::testing::Test {
     return std::distance(begin(files), end(files)) == 1;  // the page file
   }
 
-  testing::TestFolder folder_;
   std::filesystem::path workbook_ = folder_ / "a b.xlsx";
-  ReportSnapshot report_;
 };
 
 TEST_F(WorkbookReportTest, CodesAreReadInOrderAndEveryTextStaysWhatItIs) {
   workbook_ = folder_ / "r.xlsx";
-  WritePages({"Cash        2,500.00", "\x01" + std::string("\033ECash\033F        \x1b-12,500.00"),
-              "\x01\x1b-1under ", "\x01still\x1b-0  on", "007     |         007|",
-              "=1+1 _x0041_ a<b", "bad \xff\xef\xbf\xbf\x07 |   name",
-              "Title over all of the columns and more"});
+  WritePage({"Cash        2,500.00", "\x01" + std::string("\033ECash\033F        \x1b-12,500.00"),
+             "\x01\x1b-1under ", "\x01still\x1b-0  on", "007     |         007|",
+             "=1+1 _x0041_ a<b", "bad \xff\xef\xbf\xbf\x07 |   name",
+             "Title over all of the columns and more"});
   ASSERT_TRUE(Write());
   EXPECT_EQ(Cells(),
             (Lines{"A1 s Cash", "B1 n 2500", "A2 s Cash b", "B2 n 2500 u", "A3 s under u",
@@ -118,14 +103,14 @@ TEST_F(WorkbookReportTest, CodesAreReadInOrderAndEveryTextStaysWhatItIs) {
 TEST_F(WorkbookReportTest, EscapesOfTheFormatStayTheTextTheyAre) {
   workbook_ = folder_ / "r.xlsx";
   report_.job.columns = {{40, TextSide::kLeft}};
-  WritePages({"_x0041_ _x_x00e9__x1_ _xyz"});
+  WritePage({"_x0041_ _x_x00e9__x1_ _xyz"});
   ASSERT_TRUE(Write());
   EXPECT_EQ(Cells(), Lines{"A1 s _x005F_x0041_ _x_x005F_x00e9__x1_ _xyz"});
 }
 
 TEST_F(WorkbookReportTest, RowsBeyondASheetGoOnOnTheNext) {
   workbook_ = folder_ / "r.xlsx";
-  WritePages(
+  WritePage(
       {"It's a/b: [Cash] of \xe0\xa4\xb6\xe0\xa4\xb0\xe0\xa5\x8d\xe0\xa4\xae\xe0\xa4\xbe Page 1",
        "one", "two", "three"},
       2);
@@ -142,7 +127,7 @@ TEST_F(WorkbookReportTest, RowsBeyondASheetGoOnOnTheNext) {
 
 TEST_F(WorkbookReportTest, ASheetIsSetUpForOnePageInTheFontOfTheReport) {
   workbook_ = folder_ / "r.xlsx";
-  WritePages({"Cash       123456.00"});
+  WritePage({"Cash       123456.00"});
   ASSERT_TRUE(Write());
   EXPECT_NE(
       Part("xl/styles.xml").find("<sz val=\"10\"/><color theme=\"1\"/><name val=\"Courier New\"/>"),
@@ -183,7 +168,7 @@ TEST_F(WorkbookReportTest, NumbersAreWrittenAsXmlHasThemInAnyLocale) {
   OutputOf("localedef -i de_DE -f UTF-8 " + locales + "/de_DE.UTF-8 2>/dev/null || true");
   ::setenv("LOCPATH", locales.c_str(), 1);
   const char* const set = std::setlocale(LC_ALL, "de_DE.UTF-8");
-  WritePages({"Cash            1.25"});
+  WritePage({"Cash            1.25"});
   const bool done = Write();
   std::setlocale(LC_ALL, "C");
   ::unsetenv("LOCPATH");
@@ -193,26 +178,26 @@ TEST_F(WorkbookReportTest, NumbersAreWrittenAsXmlHasThemInAnyLocale) {
 }
 
 TEST_F(WorkbookReportTest, WhatASheetCannotHoldIsRefused) {
-  WritePages({"Cash"});
+  WritePage({"Cash"});
   const Error columns = ErrorOf([&] { Write({.columns = 1}); });
   EXPECT_EQ(columns.Number(), error_number::kOverflow);
   EXPECT_TRUE(Contains(columns, "2 columns"));
-  WritePages({"Cash " + std::string(40000, 'x')});
+  WritePage({"Cash " + std::string(40000, 'x')});
   const Error text = ErrorOf([&] { Write(); });
   EXPECT_EQ(text.Number(), error_number::kOverflow);
   EXPECT_TRUE(Contains(text, "32767"));
-  WritePages({"\x01" + std::string(40000, 'x')});
+  WritePage({"\x01" + std::string(40000, 'x')});
   EXPECT_EQ(ErrorOf([&] { Write(); }).Number(), error_number::kOverflow);
-  WritePages({std::string(std::size_t{3} << 20, 'x')});
+  WritePage({std::string(std::size_t{3} << 20, 'x')});
   EXPECT_EQ(ErrorOf([&] { Write(); }).Number(), error_number::kOverflow);
-  WritePages({"Cash"});
+  WritePage({"Cash"});
   ++report_.job.page_count;
   EXPECT_EQ(ErrorOf([&] { Write(); }).Number(), error_number::kInvalidFileFormat);
   EXPECT_TRUE(LeavesNothing());
 }
 
 TEST_F(WorkbookReportTest, AFileThatCannotBeWrittenOrIsStoppedIsNotThere) {
-  WritePages(Lines(60, "Cash        2,500.00"), 100);
+  WritePage(Lines(60, "Cash        2,500.00"), 100);
   const auto files_open = [] {
     const std::filesystem::directory_iterator files("/proc/self/fd");
     return std::distance(begin(files), end(files));
