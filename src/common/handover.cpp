@@ -58,10 +58,10 @@ std::string Shortened(std::string name) {
 }  // namespace
 
 std::string TempName() {
-  static constexpr char kHexadecimal[] = "0123456789ABCDEF";
+  static constexpr std::string_view kHexadecimal = "0123456789ABCDEF";
   thread_local std::mt19937 numbers(std::random_device{}());
   std::string name = "rad";
-  for (std::size_t i = 0; i < kDigits; ++i) name += kHexadecimal[numbers() % 16];
+  for (std::size_t i = 0; i < kDigits; ++i) name += kHexadecimal[numbers() % kHexadecimal.size()];
   return name + ".tmp";
 }
 

@@ -11,10 +11,11 @@ class ExportTest : public CommandTest {
 
 TEST_F(ExportTest, TheEndingInAnyCaseDecidesTheFormat) {
   Words job = {"report", source_};
-  const std::pair<const char*, std::string_view> files[] = {{"a.DOC", "{\\rtf1"},
-                                                            {"-b $(touch z).xlsx", "PK"},
-                                                            {"c.Pdf", "%PDF"},
-                                                            {"d.xls", "\xd0\xcf\x11\xe0"}};
+  const std::vector<std::pair<const char*, std::string_view>> files = {
+      {"a.DOC", "{\\rtf1"},
+      {"-b $(touch z).xlsx", "PK"},
+      {"c.Pdf", "%PDF"},
+      {"d.xls", "\xd0\xcf\x11\xe0"}};
   for (const auto& file : files) job = job + Words{"-o", Path(file.first)};
   const RunResult result = Keldll(job);
   EXPECT_EQ(result.status, 0) << result.err;

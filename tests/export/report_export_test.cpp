@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -95,11 +96,11 @@ struct FormatFile {
   const char* extension;
   std::string_view begins;
 };
-constexpr FormatFile kFiles[] = {{ExportFormat::kDocument, ".doc", "{\\rtf1"},
-                                 {ExportFormat::kSheet, ".xls", "PK"},
-                                 {ExportFormat::kText, ".txt", "Cash  1.50\r\n"},
-                                 {ExportFormat::kWorkbook, ".xlsx", "PK"},
-                                 {ExportFormat::kPdf, ".pdf", "%PDF"}};
+constexpr std::array<FormatFile, 5> kFiles = {{{ExportFormat::kDocument, ".doc", "{\\rtf1"},
+                                               {ExportFormat::kSheet, ".xls", "PK"},
+                                               {ExportFormat::kText, ".txt", "Cash  1.50\r\n"},
+                                               {ExportFormat::kWorkbook, ".xlsx", "PK"},
+                                               {ExportFormat::kPdf, ".pdf", "%PDF"}}};
 
 TEST_F(ReportExportTest, EveryFormatIsMadeUnderItsExtensionAndOpenedFromAFreshFileEachTime) {
   order_.destination = ExportDestination::kApplication;
@@ -162,16 +163,17 @@ TEST_F(ReportExportTest, OddNamesAreFilesLikeAnyOther) {
 
 TEST_F(ReportExportTest, MailCarriesTheFileUnderTheNameTyped) {
   order_.destination = ExportDestination::kMail;
-  const struct {
+  struct Typed {
     const char* typed;
     const char* subject;
     const char* file;
-  } names[] = {{"Sales", "Sales", "Sales.xls"},
-               {" Sales.xls ", "Sales", "Sales.xls"},
-               {"Sales.XLS", "Sales", "Sales.xls"},
-               {"a.xls b.xls", "a b", "a b.xls"},
-               {"../up", "../up", ".._up.xls"},
-               {"-x \"y\"\n$(z)", "-x \"y\"\n$(z)", "-x \"y\"_$(z).xls"}};
+  };
+  const std::array<Typed, 6> names = {{{"Sales", "Sales", "Sales.xls"},
+                                       {" Sales.xls ", "Sales", "Sales.xls"},
+                                       {"Sales.XLS", "Sales", "Sales.xls"},
+                                       {"a.xls b.xls", "a b", "a b.xls"},
+                                       {"../up", "../up", ".._up.xls"},
+                                       {"-x \"y\"\n$(z)", "-x \"y\"\n$(z)", "-x \"y\"_$(z).xls"}}};
   for (const auto& name : names) {
     order_.name = name.typed;
     EXPECT_TRUE(Export(ExportFormat::kSheet));
