@@ -173,16 +173,16 @@ class Rewriter {
     if (in_brackets && IsSubscript()) {
       tokenizer_.Position(tokenizer_.Position() - token.whole.size() + 1);
       token = {SqlToken::Kind::kSymbol, token.whole.substr(0, 1), token.whole.substr(0, 1)};
-      return OpenGroup("[", operand_ ? operand_->begin : text_.size());
+      return OpenGroup("[", operand_->begin);
     }
     const bool stays =
         !in_brackets || dialect_.knows_brackets || !token.closed || token.text.empty();
     TakeOperand(stays ? std::string(token.whole) : QuotedName(token.text));
   }
 
-  /// Whether a "[" follows right on a name, a parenthesis or another subscript.
+  /// Whether a "[" follows right on an operand that is a name, a parenthesis or another subscript.
   bool IsSubscript() const noexcept {
-    if (!dialect_.has_subscripts || !is_adjacent_) return false;
+    if (!dialect_.has_subscripts || !is_adjacent_ || !operand_) return false;
     return IsName(previous_) || previous_.Is(')') || previous_.Is(']');
   }
 

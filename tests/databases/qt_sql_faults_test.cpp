@@ -172,7 +172,7 @@ TEST_F(QtSqlFaultsTest, AddressesThatCannotBeOpenedShowNoPassword) {
       {"odbc:DRIVER={None};UID=u;Pwd={s@cret}", "cannot open odbc:DRIVER={None};UID=u;Pwd=***: "},
   };
   for (const auto& [url, begin] : cases) {
-    const Error error = ErrorOf([&] { OpenDatabaseUrl(url); });
+    const Error error = ErrorOf([address = url] { OpenDatabaseUrl(address); });
     EXPECT_TRUE(error.Description().starts_with(begin)) << error.Description();
     EXPECT_GT(error.Description().size(), std::string(begin).size());
     EXPECT_EQ(error.Description().find("cret"), std::string::npos) << error.Description();

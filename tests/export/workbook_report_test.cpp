@@ -203,7 +203,7 @@ TEST_F(WorkbookReportTest, AFileThatCannotBeWrittenOrIsStoppedIsNotThere) {
     return std::distance(begin(files), end(files));
   };
   const auto before = files_open();
-  for (const rlim_t bytes : {1000, 100000, 400000}) {
+  for (const rlim_t bytes : {1000U, 100000U, 400000U}) {
     const testing::FileSizeLimit full(bytes);
     EXPECT_EQ(ErrorOf([&] { Write(); }).Number(), error_number::kDiskFull) << bytes;
   }
