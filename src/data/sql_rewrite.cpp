@@ -203,8 +203,8 @@ class Rewriter {
   void TakeSymbol(const SqlToken& token) {
     const std::string_view rest = sql_.substr(tokenizer_.Position());
     if (token.Is('(')) {
-      const bool is_call = operand_ && IsName(previous_);
-      OpenGroup(token.whole, is_call ? operand_->begin : text_.size());
+      const bool goes_on = operand_ && (is_chained_ || IsName(previous_));  // f(x), d->(x)
+      OpenGroup(token.whole, goes_on ? operand_->begin : text_.size());
     } else if (token.Is(')') || token.Is(']')) {
       CloseGroup(token.whole, token.Is(')') ? '(' : '[');
     } else if (token.Is('#') && TakeDate(rest)) {

@@ -48,6 +48,7 @@ TEST(SqlRewriteTest, NamesDatesAndLikeAreRewrittenAndNothingElse) {
            Case{"arr[1][[i]], f(x)[2], ARRAY[1,2], arr [n] FROM t",
                 R"(arr[1]["i"], f(x)[2], ARRAY[1,2], arr "n" FROM t)"},
            Case{"arr[1] LIKE x", "CAST(arr[1] AS text) LIKE x"},
+           Case{"d->('a' || b) LIKE x", "CAST(d->('a' || b) AS text) LIKE x"},
            Case{"a][b] LIKE x", R"(a]CAST("b" AS text) LIKE x)"},
            Case{"CREATE TABLE t (LIKE u)", "CREATE TABLE t (LIKE u)"},
            Case{"'[a] #1/1/2026#' \"[b]\" -- [c]\n /* /* [d] */ [e] */ [f",
