@@ -21,7 +21,7 @@ namespace kel {
 /// UTF-8 byte order mark at the file's beginning is skipped.
 class CsvReader {
  public:
-  static constexpr std::size_t kBlockBytes = 256 * 1024;
+  static constexpr std::size_t kBlockBytes = std::size_t{256} * 1024;
 
   /// Throws Error when the file cannot be opened. REQUIRES block_bytes > 0.
   explicit CsvReader(const std::filesystem::path& path, std::size_t block_bytes = kBlockBytes);

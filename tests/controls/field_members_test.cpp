@@ -13,7 +13,6 @@ namespace kel {
 namespace {
 
 using testing::Get;
-using testing::GetError;
 using testing::Put;
 using testing::PutError;
 

@@ -14,7 +14,6 @@ using testing::Contains;
 using testing::ErrorOf;
 using testing::Get;
 using testing::GetError;
-using testing::Put;
 
 template <typename Widget>
 Widget* Named(const char* name, QWidget* parent) {
@@ -73,7 +72,7 @@ TEST(FormMembers, ControlsThatComeGoOrAreRenamedAreSeen) {
   auto form = std::make_unique<EntryForm>();
   const Value controls = Get(*form, "Controls");
   Get(controls, "Item", {"Amount"});
-  QLineEdit* const late = Named<QLineEdit>("Late", form.get());
+  auto* const late = Named<QLineEdit>("Late", form.get());
   EXPECT_EQ(Get(Get(controls, "Item", {"late"}), "Name"), Value("Late"));
   late->setObjectName("Later");
   EXPECT_EQ(GetError(controls, "Item", {"Late"}), 730);

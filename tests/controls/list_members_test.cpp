@@ -4,6 +4,7 @@
 #include <QtWidgets>
 #include <chrono>
 #include <memory>
+#include <vector>
 
 #include "controls/member_access.h"
 
@@ -12,7 +13,6 @@ namespace {
 
 using testing::Call;
 using testing::CallError;
-using testing::ErrorOf;
 using testing::Get;
 using testing::GetError;
 using testing::Put;

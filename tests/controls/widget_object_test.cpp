@@ -15,7 +15,6 @@
 namespace kel {
 namespace {
 
-using testing::Call;
 using testing::ErrorOf;
 using testing::Get;
 using testing::Put;

@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <memory>
+#include <vector>
 
 #include "common/error.h"
 #include "data/sql_quote.h"
@@ -53,8 +54,8 @@ TEST(SqlRewriteTest, NamesDatesAndLikeAreRewrittenAndNothingElse) {
            Case{"CREATE TABLE t (LIKE u)", "CREATE TABLE t (LIKE u)"},
            Case{"'[a] #1/1/2026#' \"[b]\" -- [c]\n /* /* [d] */ [e] */ [f",
                 "'[a] #1/1/2026#' \"[b]\" -- [c]\n /* /* [d] */ [e] */ [f"},
-           Case{"$$[a]'$$, $t$[a]$$#1/1/2026#$t$, E'\\'[a]', e'it''s\\\\'[b]",
-                "$$[a]'$$, $t$[a]$$#1/1/2026#$t$, E'\\'[a]', e'it''s\\\\'\"b\""},
+           Case{R"($$[a]'$$, $t$[a]$$#1/1/2026#$t$, E'\'[a]', e'it''s\\'[b])",
+                R"($$[a]'$$, $t$[a]$$#1/1/2026#$t$, E'\'[a]', e'it''s\\'"b")"},
            Case{"#31/31/2026# a #> '{x}' b#1/1/2026# [] # x #1/2/2026#",
                 "#31/31/2026# a #> '{x}' b#1/1/2026# [] # x DATE '2026-01-02'"},
        }) {
@@ -79,17 +80,18 @@ TEST(SqlRewriteTest, EveryDatabaseGetsItsOwnWords) {
 }
 
 TEST(SqlQuoteTest, ValuesStandInSqlTextsOnEveryDatabase) {
-  const std::pair<Value, const char*> cases[] = {{Value(), "Null"},
-                                                 {Value::Null(), "Null"},
-                                                 {"it's '", "'it''s '''"},
-                                                 {true, "True"},
-                                                 {-5, " -5"},
-                                                 {1e22, "10000000000000000000000"},
-                                                 {2.5e-9, "0.0000000025"},
-                                                 {0.1, "0.1"},
-                                                 {Currency{-12500}, " -1.25"},
-                                                 {Date{46112}, "#2026-03-31#"},
-                                                 {Date{46112.5}, "#2026-03-31 12:00:00#"}};
+  const std::vector<std::pair<Value, const char*>> cases = {
+      {Value(), "Null"},
+      {Value::Null(), "Null"},
+      {"it's '", "'it''s '''"},
+      {true, "True"},
+      {-5, " -5"},
+      {1e22, "10000000000000000000000"},
+      {2.5e-9, "0.0000000025"},
+      {0.1, "0.1"},
+      {Currency{-12500}, " -1.25"},
+      {Date{46112}, "#2026-03-31#"},
+      {Date{46112.5}, "#2026-03-31 12:00:00#"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(QuoteValue(value), text);
   EXPECT_EQ(QuoteName("Account Name"), "[Account Name]");
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include <vector>
 
 #include "common/error.h"
 #include "databases/servers.h"
@@ -14,7 +15,12 @@
 namespace kel {
 namespace {
 
-using namespace testing;
+using testing::OdbcPostgresUrl;
+using testing::OdbcSqliteUrl;
+using testing::PostgresUrl;
+using testing::ShownRow;
+using testing::ShownRows;
+using testing::TestFolder;
 
 using Open = std::unique_ptr<Driver> (*)(const TestFolder& folder);
 
@@ -141,7 +147,7 @@ TEST_F(PostgresTest, EveryTypeIsReadExactlyAndFoundAgain) {
     int code;
     const char* shown;
   };
-  const Case cases[] = {
+  const std::vector<Case> cases = {
       {"smallint", "-32768", 2, "-32768"},
       {"bigint", "9223372036854775807", 3, "9223372036854775807"},
       {"real", "0.1", 5, "~0.1"},

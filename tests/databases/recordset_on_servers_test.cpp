@@ -1,6 +1,7 @@
 // Recordsets on databases of servers: what they do on SQLite too.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <string>
 
@@ -39,9 +40,9 @@ class ServerUsers {
 };
 
 using Scenario = void (*)(const testing::TwoUsers&);
-constexpr Scenario kScenarios[] = {testing::MovesSortsFiltersAndFinds,
-                                   testing::AddsChangesAndDeletes,
-                                   testing::ARowChangedByOthersIsNotOverwritten};
+constexpr std::array<Scenario, 3> kScenarios = {testing::MovesSortsFiltersAndFinds,
+                                                testing::AddsChangesAndDeletes,
+                                                testing::ARowChangedByOthersIsNotOverwritten};
 
 TEST(RecordsetOnServersTest, EverythingWorksOnPostgresql) {
   for (const Scenario scenario : kScenarios) {

@@ -19,7 +19,7 @@
 namespace kel {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using Strings = std::vector<std::string>;
 
 // Lays a grid out and hands the pages back as lines, "\r\n" taken off.
@@ -51,7 +51,7 @@ class ReportLayoutTest : public ::testing::Test {
 
   Error ErrorOf(MemoryGrid& grid, const std::vector<Cells>& widths) {
     std::filesystem::remove(folder / "pages.rpt");
-    const Error error = testing::ErrorOf([&] { LayOut(grid, widths); });
+    Error error = testing::ErrorOf([&] { LayOut(grid, widths); });
     EXPECT_FALSE(std::filesystem::exists(folder / "pages.rpt"));
     return error;
   }

@@ -2,15 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace kel {
 namespace {
 
 TEST(CellNumberTest, AWholeNumberTextIsANumberShownAsItStands) {
-  const struct {
+  struct Case {
     const char* text;
     double value;
     const char* format;
-  } cases[] = {
+  };
+  const std::vector<Case> cases = {
       {"0", 0, "0"},
       {"   2500", 2500, "0"},
       {"-12.50", -12.5, "0.00"},
@@ -21,8 +24,8 @@ TEST(CellNumberTest, AWholeNumberTextIsANumberShownAsItStands) {
       {"99,999.9|", 99999.9, "#,##0.0\"|\""},
       {"5 |", 5, "0\" |\""},
       {"1.00-", -1, "0.00;0.00\"-\""},
-      {"1.00+", 1, "0.00\"+\";0.00\"-\""},
-      {"+0.00", 0, "\"+\"0.00;\"-\"0.00"},
+      {"1.00+", 1, R"(0.00"+";0.00"-")"},
+      {"+0.00", 0, R"("+"0.00;"-"0.00)"},
       {"1,23,456.70", 123456.7,
        R"([>=10000000]##\,##\,##\,##0.00;[>=100000]##\,##\,##0.00;##,##0.00)"},
       {"1,00,00,00,000", 1e9,
@@ -30,7 +33,7 @@ TEST(CellNumberTest, AWholeNumberTextIsANumberShownAsItStands) {
       {"-12,34,567|", -1234567, R"(##\,##\,##0"|")"},
       {"123456789012345", 123456789012345, "0"},
   };
-  for (const auto& each : cases) {
+  for (const Case& each : cases) {
     const std::optional<CellNumber> number = ReadCellNumber(each.text);
     ASSERT_TRUE(number) << each.text;
     EXPECT_EQ(number->value, each.value) << each.text;

@@ -12,6 +12,7 @@ using Texts = std::vector<std::string>;
 // The cells, and behind them what stands behind the last column.
 Texts CutBy(const std::vector<Cells>& widths, Cells margin, std::string_view line) {
   std::vector<ReportColumn> columns;
+  columns.reserve(widths.size());
   for (const Cells width : widths) columns.push_back({width, TextSide::kLeft});
   LineCells cells(columns, margin);
   Texts texts;

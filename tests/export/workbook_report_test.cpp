@@ -134,9 +134,8 @@ TEST_F(WorkbookReportTest, ASheetIsSetUpForOnePageInTheFontOfTheReport) {
       std::string::npos);
   std::string sheet = Part("xl/worksheets/sheet1.xml");
   for (const char* const part :
-       {"<pageSetUpPr fitToPage=\"1\"/>", "<pageSetup paperSize=\"1\" orientation=\"portrait\"/>",
-        "<pageMargins left=\"0.25\" right=\"0\" top=\"0\" bottom=\"0\" header=\"0\" "
-        "footer=\"0\"/>"}) {
+       {R"(<pageSetUpPr fitToPage="1"/>)", R"(<pageSetup paperSize="1" orientation="portrait"/>)",
+        R"(<pageMargins left="0.25" right="0" top="0" bottom="0" header="0" footer="0"/>)"}) {
     EXPECT_NE(sheet.find(part), std::string::npos) << part << sheet;
   }
   report_.settings.mode = "WINDOWS";
@@ -144,18 +143,20 @@ TEST_F(WorkbookReportTest, ASheetIsSetUpForOnePageInTheFontOfTheReport) {
   report_.settings.font_size = 13;
   report_.settings.font_flags.italic = true;
   report_.settings.portrait = false;
-  const struct {
+  struct Paper {
     float width;
     float height;
     const char* code;
-  } papers[] = {{8.27F, 11.69F, "9"}, {11.69F, 16.54F, "8"}, {8.5F, 14, "5"}, {14.875F, 11, "39"}};
-  for (const auto& paper : papers) {
+  };
+  const std::vector<Paper> papers = {
+      {8.27F, 11.69F, "9"}, {11.69F, 16.54F, "8"}, {8.5F, 14, "5"}, {14.875F, 11, "39"}};
+  for (const Paper& paper : papers) {
     report_.settings.page_width = paper.width;
     report_.settings.page_height = paper.height;
     ASSERT_TRUE(Write());
     sheet = Part("xl/worksheets/sheet1.xml");
     const std::string setup =
-        std::string("<pageSetup paperSize=\"") + paper.code + "\" orientation=\"landscape\"/>";
+        std::string(R"(<pageSetup paperSize=")") + paper.code + R"(" orientation="landscape"/>)";
     EXPECT_NE(sheet.find(setup), std::string::npos) << setup << sheet;
   }
   EXPECT_NE(Part("xl/styles.xml").find("<i/><sz val=\"13\"/>"), std::string::npos);

@@ -28,6 +28,9 @@ int ErrorNumber(Operation operation) {
 }
 
 class ListTest : public ::testing::Test {
+ public:
+  ~ListTest() override { CurrentList() = {}; }
+
  protected:
   ListTest() {
     CurrentHost().desktop = desktop_;
@@ -37,7 +40,6 @@ class ListTest : public ::testing::Test {
     CurrentList().cnn = std::make_shared<Connection>(OpenSqlite(file_, Access::kReadWrite));
     Show("SELECT * FROM DayBook");
   }
-  ~ListTest() override { CurrentList() = {}; }
 
   void Show(const std::string& sql, const Value& alignment = Value()) {
     records_ = std::make_shared<Recordset>();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <string_view>
+#include <vector>
 
 #include "list_fixture.h"
 
@@ -111,7 +112,9 @@ TEST_F(ListReportTest, PrintsAllRecordsInTheirOrderOnEquallyLongPages) {
   std::size_t place = 0;
   for (int record = 1; record <= kRecords; ++record) {
     const std::string number = std::to_string(record);
-    place = text.find(" " + number + "|No " + number + "\n", place);
+    std::string line = " ";
+    line.append(number).append("|No ").append(number).append("\n");
+    place = text.find(line, place);
     ASSERT_NE(place, std::string::npos) << record;
   }
 }

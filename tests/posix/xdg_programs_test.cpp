@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <xlsxwriter.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -15,6 +16,7 @@
 #include <thread>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "common/handover.h"
 #include "common/temp_folder.h"
@@ -40,12 +42,14 @@ bool Runs(pid_t process) {
 }
 
 class XdgProgramsTest : public ::testing::Test {
+ public:
+  ~XdgProgramsTest() override { ::setenv("PATH", path_.c_str(), 1); }
+
  protected:
   XdgProgramsTest() {
     fs::create_directory(folder_ / "bin");
     ::setenv("FOLDER", folder_.Path().c_str(), 1);
   }
-  ~XdgProgramsTest() override { ::setenv("PATH", path_.c_str(), 1); }
 
   void Script(const std::string& name, const std::string& text) const {
     const fs::path file = folder_ / "bin" / name;
@@ -71,13 +75,13 @@ class XdgProgramsTest : public ::testing::Test {
   XdgPrograms programs_;
 };
 
-constexpr const char* kOddNames[] = {"-n",
-                                     "a  b",
-                                     "\"q\" it's",
-                                     "$(touch x)",
-                                     "`touch x`;|&",
-                                     "50%41 #?",
-                                     "\xe0\xa4\xb9\xe0\xa4\xbf"};
+constexpr std::array<const char*, 7> kOddNames = {"-n",
+                                                  "a  b",
+                                                  "\"q\" it's",
+                                                  "$(touch x)",
+                                                  "`touch x`;|&",
+                                                  "50%41 #?",
+                                                  "\xe0\xa4\xb9\xe0\xa4\xbf"};
 
 TEST_F(XdgProgramsTest, TheUsersProgramGetsTheFileByItsWholeNameWhateverThatIs) {
   Script("viewer", kRecord);
@@ -105,7 +109,7 @@ TEST_F(XdgProgramsTest, TheMailProgramGetsSubjectAndAttachmentWhateverTheyAre) {
   const auto attached = [&](const std::string& name) {
     return "&attach=" + folder_.Path().string() + "/" + name + ".xls" + '\0';
   };
-  const std::tuple<std::string, std::string, std::string> cases[] = {
+  const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
       {"--help", "$(touch x)", "?subject=--help" + attached("%24%28touch%20x%29")},
       {"`x` & 50% \\n", "-a", "?subject=%60x%60%20%26%2050%25%20%5Cn" + attached("-a")},
       {"a\nBcc: b@c", "q\"%41", "?subject=a%20Bcc%3A%20b%40c" + attached("q%22%2541")},
@@ -134,7 +138,7 @@ TEST_F(XdgProgramsTest, AProgramThatIsNotThereIsNamed) {
   WriteFile(folder_ / "bin/soffice", "");
   UseScriptsOnly();
   const fs::path file = File("a.xls");
-  const std::pair<std::function<void()>, const char*> cases[] = {
+  const std::vector<std::pair<std::function<void()>, const char*>> cases = {
       {[&] { programs_.Open(file); }, "a.xls: the program xdg-open was not found"},
       {[&] { programs_.ComposeMail("a", file); }, "the program xdg-email was not found"},
       {[&] { programs_.RequireSheetMaker(); }, "(*.xlsx)"},

@@ -1,5 +1,7 @@
 #include <sqlite3.h>
 
+#include <vector>
+
 #include "data/sql_quote.h"
 #include "toolkit/toolkit_fixture.h"
 
@@ -104,7 +106,7 @@ TEST_F(FormBindingTest, ControlsOfChoiceTakeOneOrZeroAndOthersWhatTheyCanHold) {
   const ControlPtr option = Valued("OptionButton", 5), picker = Valued("DTPicker", 5);
   const ControlPtr form =
       MakeForm({{"a", option}, {"b", active_}, {"Since", picker}, {"d", city_}});
-  const std::pair<const char*, int> cases[] = {
+  const std::vector<std::pair<const char*, int>> cases = {
       {"1", 1}, {"-1", 1}, {"'True'", 1}, {"2", 0}, {"NULL", 0}};
   for (const auto& [sql, shown] : cases) {
     (*city_)["Text"] = "before";
@@ -171,7 +173,7 @@ TEST_F(FormBindingTest, ControlsAreEmptiedByTheirKind) {
     const char* emptied;
     Value with;
   };
-  Case cases[] = {
+  std::vector<Case> cases = {
       {"Label", {{"Text", "x"}}, "Text", "x"},
       {"ComboBox", {{"Style", 2}, {"ListIndex", 4}, {"Text", "x"}}, "ListIndex", -1},
       {"ComboBox", {{"Style", 0}, {"ListIndex", 4}, {"Text", "x"}}, "Text", ""},

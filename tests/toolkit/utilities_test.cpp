@@ -1,3 +1,5 @@
+#include <vector>
+
 #include "toolkit/toolkit_fixture.h"
 
 namespace kel {
@@ -23,7 +25,7 @@ TEST_F(UtilitiesTest, TextsAreAlignedInDisplayCells) {
     int align;
     const char* aligned;
   };
-  const Case cases[] = {
+  const std::vector<Case> cases = {
       {"ab", 5, 0, " ab  "},   {"12", 5, -1, "   12"}, {"1,00,000.00", 13, -1, "  1,00,000.00"},
       {"abcdef", 3, 1, "abc"}, {"ab", 4, -1, "ab  "},  {"ab", 4, 9, "  ab"},
       {"राम", 4, 1, "राम  "},  {"日本", 3, 1, "日 "},  {"", 2, -1, "  "},
@@ -39,12 +41,10 @@ TEST_F(UtilitiesTest, TextsAreAlignedInDisplayCells) {
 }
 
 TEST_F(UtilitiesTest, FixForRoundsTheNumberAsItIsWritten) {
-  const char* const typed_and_fixed[] = {"1.005", "1.01", "-.125", "-0.13",  "9,99.995", "1000.00",
-                                         "-.004", "0.00", "5-",    "-5.00",  "12abc",    "12.00",
-                                         "abc",   "0.00", "1.5E3", "1500.00"};
-  for (std::size_t i = 0; i < std::size(typed_and_fixed); i += 2) {
-    EXPECT_EQ(toolkit_.FixFor(typed_and_fixed[i]), Value(typed_and_fixed[i + 1]));
-  }
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"1.005", "1.01"}, {"-.125", "-0.13"}, {"9,99.995", "1000.00"}, {"-.004", "0.00"},
+      {"5-", "-5.00"},   {"12abc", "12.00"}, {"abc", "0.00"},         {"1.5E3", "1500.00"}};
+  for (const auto& [typed, fixed] : cases) EXPECT_EQ(toolkit_.FixFor(typed), Value(fixed));
   EXPECT_EQ(toolkit_.FixFor("123456789012345678901.235"), Value("123456789012345678901.24"));
   EXPECT_EQ(toolkit_.FixFor(2.675), Value("2.68"));
   EXPECT_EQ(toolkit_.FixFor(Value::Null()), Value("0.00"));

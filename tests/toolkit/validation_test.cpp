@@ -1,3 +1,5 @@
+#include <vector>
+
 #include "toolkit/toolkit_fixture.h"
 
 namespace kel {
@@ -54,7 +56,7 @@ TEST_F(ValidationTest, ValuesAreCheckedAgainstAllSixConditions) {
     const char* bad;
     const char* told;
   };
-  const Case cases[] = {
+  const std::vector<Case> cases = {
       {mEqualto, "1e3 up", "1000.0", "1001", "equal to 1000."},
       {mLessthan, 0.5, "", "0.5", "less than 0.5."},
       {mGreaterthan, 0, "1", "none", "greater than 0."},
@@ -87,7 +89,7 @@ TEST_F(ValidationTest, EqualIgnoresCaseOfAllLettersAndNothingElse) {
 
 TEST_F(ValidationTest, TheLaterRowOfTheFirstDuplicatePairIsTold) {
   // Two columns with a point between them.
-  const std::pair<Texts, int> cases[] = {
+  const std::vector<std::pair<Texts, int>> cases = {
       {{"Head.", "head.", "x."}, -1},
       {{".", "ab.c", "x.", "A.BC"}, 3},
       {{".", "x.", "y.", "y.", "y.", "X."}, 5},

@@ -98,6 +98,7 @@ class PreviewTest : public ::testing::Test {
   /// The buttons, boxes and labels of the tool bar.
   std::vector<QWidget*> ToolbarControls() {
     std::vector<QWidget*> controls;
+    controls.reserve(kPreviewButtons.size());
     for (const PreviewButton& button : kPreviewButtons) controls.push_back(&Find(button.key));
     for (const char* box : {"txtPage", "txtFind", "picBack", "picFore"}) {
       controls.push_back(&Find(box));
