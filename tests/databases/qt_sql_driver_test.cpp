@@ -198,10 +198,10 @@ TEST_F(PostgresTest, EveryTypeIsReadExactlyAndFoundAgain) {
 }
 
 TEST_F(PostgresTest, ColumnsTellTheirTableAndTheirNameThere) {
-  Execute({"DROP SCHEMA IF EXISTS \"old.books\" CASCADE", "CREATE SCHEMA \"old.books\"",
+  Execute({R"(DROP SCHEMA IF EXISTS "old.books" CASCADE)", R"(CREATE SCHEMA "old.books")",
            "DROP TABLE IF EXISTS acc",
            "CREATE TABLE acc (Code int, Name text, PRIMARY KEY (name, code))",
-           "CREATE TABLE \"old.books\".acc (\"Code\" int PRIMARY KEY)"});
+           R"(CREATE TABLE "old.books".acc ("Code" int PRIMARY KEY))"});
   const auto check = [&](Driver& driver, const char* sql, int column, const char* expected) {
     const auto statement = driver.Prepare(sql);
     const ColumnInfo& info = statement->Column(column);
@@ -209,7 +209,7 @@ TEST_F(PostgresTest, ColumnsTellTheirTableAndTheirNameThere) {
   };
   check(*driver_, "SELECT code AS name, name AS code FROM acc", 0, "name|acc|code");
   check(*driver_, "SELECT count(*) FROM acc", 0, "count||");
-  check(*driver_, "SELECT \"Code\" AS c FROM \"old.books\".acc", 0, "c|old.books.acc|Code");
+  check(*driver_, R"(SELECT "Code" AS c FROM "old.books".acc)", 0, "c|old.books.acc|Code");
   check(*OpenDatabaseUrl(OdbcPostgresUrl()), "SELECT code AS name FROM acc", 0, "name|acc|code");
   EXPECT_EQ(driver_->KeyOf("acc"), (std::vector<std::string>{"name", "code"}));
   EXPECT_EQ(driver_->KeyOf("old.books.acc"), std::vector<std::string>{"Code"});
@@ -235,8 +235,7 @@ TEST_F(PostgresTest, NamesInBracketsAreFoundInWhateverCaseTheyWereMade) {
       "Cash|12.5");
   EXPECT_EQ(ShownRows(*driver_, "SELECT Nums[2] FROM DayBook WHERE #2026-03-31# < now()"), "8");
   const auto other = OpenDatabaseUrl(PostgresUrl());
-  other->Execute(
-      "CREATE TABLE \"DayBook\" (\"AccName\" text, \"accname\" text, \"Only Here\" int)");
+  other->Execute(R"(CREATE TABLE "DayBook" ("AccName" text, "accname" text, "Only Here" int))");
   EXPECT_EQ(ShownRows(*driver_, "SELECT [only here], [AccName] FROM [DayBook]"), "");
   EXPECT_EQ(ShownRows(*driver_, "SELECT 5 AS [Total] ORDER BY [Total]"), "5");
   const std::vector<Parameter> value = {{CellView::Text("a ? b"), FieldType::kText}};

@@ -75,7 +75,9 @@ TEST_F(PageFileTest, OfALongLineOnlyTheBeginningIsHandedOut) {
   for (const std::size_t most : {0U, 1U, 2U, 3U, 4U, 100'000U}) {
     // Ends of the file with and without a line end, and ends of lines around the most.
     for (const std::string& end : {std::string("\n"), std::string()}) {
-      testing::WriteFile(path, "a\nab\r\nabc\r\nabcd\n\r\n" + huge + "\r\nxyz\n" + huge + end);
+      std::string text = "a\nab\r\nabc\r\nabcd\n\r\n";
+      text.append(huge).append("\r\nxyz\n").append(huge).append(end);
+      testing::WriteFile(path, text);
       PageFileReader whole(path);
       PageFileReader starts(path);
       std::string_view start;

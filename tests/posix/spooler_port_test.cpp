@@ -95,13 +95,13 @@ std::string ReadToEnd(int fifo) {
 TEST_F(SpoolerPortTest, ASlowPrinterIsWaitedForInTheBackgroundAndJobsDoNotMix) {
   const fs::path fifo = folder_ / "fifo";
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-  std::string jobs[2];
+  std::array<std::string, 2> jobs;
   for (char letter = 'a'; letter < 'c'; ++letter) {
     const std::string pages(500'000, letter);  // more than a pipe holds
     WriteFile(folder_ / "new", pages);
     fs::rename(folder_ / "new", folder_ / "pages");
     detached_.Send(Job(fifo.string()));  // nobody reads yet
-    jobs[letter - 'a'] = SentBytes(pages);
+    jobs.at(static_cast<std::size_t>(letter - 'a')) = SentBytes(pages);
   }
   fs::remove(folder_ / "pages");
   // Opening waits for the first writer; one that comes after the last has gone is read next.

@@ -163,8 +163,8 @@ testing::NaiveCharacter FirstCharacter(std::string_view text) {
 TEST_F(PageSearchTest, RandomTextsAreFoundWhereASimpleSearchFindsThem) {
   constexpr std::size_t kSmallBlock = 1;  // as small as it goes, so that many blocks meet
   std::mt19937 random(20);                // NOLINT: the same texts each time
-  for (unsigned round = 0; round < 150; ++round) {
-    const std::string content = RandomText(random, 1500, round % 3U * 2);
+  for (std::size_t round = 0; round < 150; ++round) {
+    const std::string content = RandomText(random, 1500, round % 3 * 2);
     Write(content);
     const testing::NaiveSearch naive(content, FirstCharacter);
     for (std::size_t length = 1; length <= 5; ++length) {

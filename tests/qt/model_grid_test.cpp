@@ -19,6 +19,7 @@ using Cells = std::vector<std::string>;
 Cells Row(ModelGrid& grid, std::int32_t row) {
   EXPECT_TRUE(grid.SetRow(row));
   std::vector<std::string_view> texts;
+  texts.reserve(3);
   for (std::int32_t col = 0; col < 3; ++col) texts.push_back(grid.TextMatrix(row, col));
   Cells cells(texts.begin(), texts.end());
   for (std::int32_t col = 0; col < 3; ++col) {

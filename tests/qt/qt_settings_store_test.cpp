@@ -1,9 +1,9 @@
 #include "platform/qt/qt_settings_store.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <QSettings>
+#include <cstdlib>
 #include <string>
 #include <vector>
 

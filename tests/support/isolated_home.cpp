@@ -2,8 +2,8 @@
 // own before the first test runs.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
+#include <cstdlib>
 #include <memory>
 
 #include "support/test_folder.h"

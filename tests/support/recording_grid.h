@@ -61,7 +61,7 @@ class RecordingGrid : public Object {
       record += (i == 0 ? "(" : ",") + indexes[i].ToText();
     }
     Record(indexes.empty() ? record : record + ")");
-    if (Name(member) == "Parent") return Value(form_);
+    if (Name(member) == "Parent") return {form_};
     if (Name(member) == "TextMatrix") {
       return texts_.at(static_cast<std::size_t>(indexes[0].ToInt32()))
           .at(static_cast<std::size_t>(indexes[1].ToInt32()));

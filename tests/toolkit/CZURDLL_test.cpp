@@ -1,9 +1,9 @@
 #include "toolkit/CZURDLL.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -182,7 +182,9 @@ TEST_F(CZURDLLTest, AWaitWindowEndsWithItsObjectOrAStopAndWithNobodyElse) {
 }
 
 TEST_F(CZURDLLTest, AnObjectWithoutATemporaryFolderTellsSoAndGoesOn) {
-  const std::string home = ::getenv("KELDLL_HOME");
+  const char* const set = ::getenv("KELDLL_HOME");
+  ASSERT_NE(set, nullptr);
+  const std::string home = set;
   ::setenv("KELDLL_HOME", (log_ / "below").c_str(), 1);
   FailToSave();
   std::thread other([&] {  // which has no folder yet
